@@ -1,0 +1,89 @@
+# Helpers that define the text library targets, warnings and install rules in one place.
+
+set(IC_SUBSYSTEMS platform string number text path markup unicode regex resources)
+
+# Flags for the project's own code: warnings as errors, and the sanitizers when asked.
+add_library(ic_options INTERFACE)
+target_compile_options(ic_options INTERFACE -Wall -Wextra -Werror)
+if(IC_SANITIZE)
+  set(_ic_san -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_options(ic_options INTERFACE ${_ic_san})
+  target_link_options(ic_options INTERFACE ${_ic_san})
+endif()
+
+function(ic_make_include_root)
+  set(root "${PROJECT_BINARY_DIR}/include")
+  file(MAKE_DIRECTORY "${root}")
+  if(NOT EXISTS "${root}/ic")
+    file(CREATE_LINK "${PROJECT_SOURCE_DIR}" "${root}/ic" SYMBOLIC COPY_ON_ERROR)
+  endif()
+  set(IC_INCLUDE_ROOT "${root}" PARENT_SCOPE)
+endfunction()
+
+# The library is compiled once, position independent, and packaged twice: as a static archive
+# (which the language module and the tests link) and as a shared library for hosts.
+function(ic_add_text_library)
+  add_library(ictext_objects OBJECT)
+  set_target_properties(ictext_objects PROPERTIES POSITION_INDEPENDENT_CODE ON
+                        CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  target_compile_definitions(ictext_objects PRIVATE IC_BUILDING_LIBRARY)
+  target_include_directories(ictext_objects PUBLIC "$<BUILD_INTERFACE:${IC_INCLUDE_ROOT}>")
+  target_link_libraries(ictext_objects PRIVATE ic_options)
+
+  foreach(kind IN ITEMS static shared)
+    if(kind STREQUAL "static")
+      set(t ictext)
+      add_library(${t} STATIC $<TARGET_OBJECTS:ictext_objects>)
+      add_library(ic::text ALIAS ${t})
+    else()
+      set(t ictext_shared)
+      add_library(${t} SHARED $<TARGET_OBJECTS:ictext_objects>)
+      add_library(ic::text_shared ALIAS ${t})
+      set_target_properties(${t} PROPERTIES OUTPUT_NAME ictext VERSION ${PROJECT_VERSION}
+                            SOVERSION ${PROJECT_VERSION_MAJOR})
+      target_compile_definitions(${t} INTERFACE IC_SHARED)
+    endif()
+    target_include_directories(${t} PUBLIC "$<BUILD_INTERFACE:${IC_INCLUDE_ROOT}>"
+                               "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
+    target_compile_features(${t} PUBLIC cxx_std_20)
+    if(IC_SANITIZE)
+      target_link_options(${t} PUBLIC -fsanitize=address,undefined)
+    endif()
+  endforeach()
+endfunction()
+
+# Adds sources of one subsystem to the text library.
+function(ic_library_sources)
+  target_sources(ictext_objects PRIVATE ${ARGN})
+endfunction()
+
+function(ic_install_text_library)
+  include(CMakePackageConfigHelpers)
+  install(TARGETS ictext ictext_shared EXPORT ictextTargets
+          ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+          LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+          RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  foreach(sub IN LISTS IC_SUBSYSTEMS)
+    install(DIRECTORY "${PROJECT_SOURCE_DIR}/${sub}/"
+            DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ic/${sub}"
+            FILES_MATCHING PATTERN "*.h")
+  endforeach()
+  set(cfgdir "${CMAKE_INSTALL_LIBDIR}/cmake/ictext")
+  install(EXPORT ictextTargets NAMESPACE ic:: DESTINATION "${cfgdir}")
+  export(EXPORT ictextTargets NAMESPACE ic:: FILE "${PROJECT_BINARY_DIR}/ictextTargets.cmake")
+  configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/ictextConfig.cmake.in"
+                                "${PROJECT_BINARY_DIR}/ictextConfig.cmake"
+                                INSTALL_DESTINATION "${cfgdir}")
+  write_basic_package_version_file("${PROJECT_BINARY_DIR}/ictextConfigVersion.cmake"
+                                   COMPATIBILITY SameMajorVersion)
+  install(FILES "${PROJECT_BINARY_DIR}/ictextConfig.cmake"
+          "${PROJECT_BINARY_DIR}/ictextConfigVersion.cmake" DESTINATION "${cfgdir}")
+endfunction()
+
+# A GoogleTest program whose tests CTest discovers.
+function(ic_add_test name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE ic::text ic_options GTest::gtest GTest::gmock
+                        GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS unit)
+endfunction()

@@ -1,0 +1,199 @@
+#include <ic/string/ic_string.h>
+
+#include <new>
+
+#include <ic/string/utf8.h>
+
+namespace ic {
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>::BasicICString(const BasicICString& other) : Storage() {
+  if constexpr (IsShared)
+    this->_AddOwner(other);
+  else if constexpr (IsView)
+    this->_CopyView(other);
+  else
+    this->_CopyFrom(other._text, other.GetLength());
+}
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>::BasicICString(BasicICString&& other) noexcept(!IsUnique)
+    : Storage() {
+  if constexpr (IsView) {
+    this->_MoveView(other);
+  } else if (IsUnique && (other._GetShareWord() & InlineCapable)) {
+    this->_CopyFrom(other._text, other.GetLength());
+  } else {
+    this->_text = other._text;
+    other._text = EmptyText<Unit>();
+  }
+}
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>::BasicICString(const Unit* text) : Storage() {
+  if constexpr (IsView)
+    this->_ViewText(text);
+  else if (text != nullptr)
+    this->_CopyFrom(text, internal::MeasureText(text));
+}
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>::BasicICString(const Unit* text, int32_t length, bool lengthInUnits)
+    : Storage() {
+  if (text == nullptr || length < 1) return;
+  if constexpr (sizeof(Unit) == 1) {
+    if (!lengthInUnits && length != 0x7fffffff)
+      length = GetUTF8Offset(text, static_cast<uint32_t>(length));
+  }
+  this->_CopyFrom(text, length);
+}
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>::BasicICString(ICStringRangeT<Unit> range) : Storage() {
+  if (range.Length < 0) {
+    if constexpr (IsView)
+      this->_ViewText(range.Text);
+    else if (range.Text != nullptr)
+      this->_CopyFrom(range.Text, internal::MeasureText(range.Text));
+  } else if (range.Text != nullptr) {
+    this->_CopyFrom(range.Text, range.Length);
+  }
+}
+
+template <class Unit, class Storage>
+void BasicICString<Unit, Storage>::_FromUnits(const Unit* units, int32_t length,
+                                               int32_t capacity) {
+  if constexpr (IsView) {
+    this->_SetTiny(units, length);
+  } else {
+    if (capacity == 1)
+      this->_AllocateSingleUnit();
+    else
+      this->_AllocateStorage(static_cast<uint32_t>(capacity));
+    CopyUnits(this->_text, units, static_cast<size_t>(length));
+    this->_SetStringEnd(length);
+  }
+}
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>::BasicICString(char ch) : Storage() {
+  const unsigned char byte = static_cast<unsigned char>(ch);
+  Unit units[2] = {};
+  if constexpr (sizeof(Unit) == 1) {
+    if (byte >= 0x80) {
+      char* cursor = units;
+      EncodeCodePoint(cursor, byte);  // Latin-1: always two bytes
+      _FromUnits(units, 2, 2);
+      return;
+    }
+  }
+  units[0] = static_cast<Unit>(byte);
+  _FromUnits(units, byte != 0 ? 1 : 0, 1);
+}
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>::BasicICString(char16_t unit)
+  requires(std::is_same_v<Unit, char16_t>)
+    : Storage() {
+  _FromUnits(&unit, unit != 0 ? 1 : 0, 1);
+}
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>::BasicICString(char32_t codePoint)
+  requires(std::is_same_v<Unit, char>)
+    : Storage() {
+  this->_AllocateStorage(static_cast<uint32_t>(GetUTF8CodePointSize(codePoint)));
+  if constexpr (IsView) this->_ownsBlock = true;
+  // The whole text is the code point; an unencodable one leaves length 0 and no terminator.
+  char* cursor = this->_text;
+  if (codePoint == 0) {
+    cursor[0] = 0;
+    this->_SetStoredLength(0);
+  } else if (EncodeCodePoint(cursor, codePoint)) {
+    *cursor = 0;
+    this->_SetStoredLength(static_cast<int32_t>(cursor - this->_text));
+  } else {
+    this->_SetStoredLength(0);
+  }
+}
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>& BasicICString<Unit, Storage>::operator=(const BasicICString& other) {
+  if (this == &other) return *this;
+  if constexpr (IsUnique) {
+    _AssignText(other._text, other.GetLength());
+  } else if constexpr (IsShared) {
+    if (this->_text == other._text) return *this;
+    this->_LetGo();
+    this->_AddOwner(other);
+  } else {
+    this->_LetGo();
+    this->_CopyView(other);
+  }
+  return *this;
+}
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>& BasicICString<Unit, Storage>::operator=(
+    BasicICString&& other) noexcept(!IsUnique) {
+  if (this == &other) return *this;
+  if constexpr (IsView) {
+    this->_LetGo();
+    this->_MoveView(other);
+  } else if (IsUnique && ((other._GetShareWord() | this->_GetShareWord()) & InlineCapable)) {
+    _AssignText(other._text, other.GetLength());
+  } else {
+    this->_LetGo();
+    this->_text = other._text;
+    other._text = EmptyText<Unit>();
+  }
+  return *this;
+}
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>& BasicICString<Unit, Storage>::operator=(const Unit* text) {
+  if constexpr (IsView) {
+    this->_LetGo();
+    this->_ViewText(text);
+  } else if (text == nullptr) {
+    this->_Clear();
+  } else {
+    _AssignText(text, internal::MeasureText(text));
+  }
+  return *this;
+}
+
+template <class Unit, class Storage>
+void BasicICString<Unit, Storage>::_AssignText(const Unit* text, int32_t length) {
+  if (text == this->_text) return;
+  this->_PrepareReplace(length);
+  if (length > 0) CopyUnits(this->_text, text, static_cast<size_t>(length));
+  if (!this->_IsEmptyData()) this->_SetStringEnd(length);
+}
+
+template <class Unit, class Storage>
+Unit* BasicICString<Unit, Storage>::DuplicateText() const {
+  const int32_t length = this->GetLength();
+  Unit* copy = new Unit[static_cast<size_t>(length) + 1];
+  CopyUnits(copy, this->_text, static_cast<size_t>(length));
+  copy[length] = 0;
+  return copy;
+}
+
+template <class Unit, class Storage>
+ICStringUniqueT<Unit>* BasicICString<Unit, Storage>::Clone() const
+  requires(IsUnique)
+{
+  auto* copy = new (std::nothrow) ICStringUniqueT<Unit>();
+  if (copy != nullptr) copy->_AssignText(this->_text, this->GetLength());
+  return copy;
+}
+
+template class BasicICString<char, ICStringUniqueStorage<char>>;
+template class BasicICString<char16_t, ICStringUniqueStorage<char16_t>>;
+template class BasicICString<char, ICStringSharedStorage<char>>;
+template class BasicICString<char16_t, ICStringSharedStorage<char16_t>>;
+template class BasicICString<char, ICStringViewStorage<char>>;
+template class BasicICString<char16_t, ICStringViewStorage<char16_t>>;
+
+}  // namespace ic

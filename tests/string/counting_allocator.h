@@ -1,0 +1,33 @@
+// A replacement of the global allocation functions for the test binary: counts allocations
+// and frees while a scope is active, and can make the nothrow allocation answer null.
+#pragma once
+
+#include <cstddef>
+
+namespace ic::testing {
+
+struct AllocationStats {
+  long allocations = 0;
+  long frees = 0;
+};
+
+/// Counts every allocation and free made while the object lives (not nestable).
+class AllocationScope {
+ public:
+  AllocationScope();
+  ~AllocationScope();
+  AllocationScope(const AllocationScope&) = delete;
+  AllocationScope& operator=(const AllocationScope&) = delete;
+
+  long Allocations() const;
+  long Frees() const;
+};
+
+/// While alive, every nothrow allocation answers null (the throwing forms are unaffected).
+class FailNothrowAllocations {
+ public:
+  FailNothrowAllocations();
+  ~FailNothrowAllocations();
+};
+
+}  // namespace ic::testing

@@ -1,0 +1,468 @@
+// Block layout and the low-level storage operations shared by all string shapes.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <ic/string/ic_string.h>
+#include <ic/string/null_data.h>
+
+#include "block_probe.h"
+#include "counting_allocator.h"
+
+namespace ic {
+namespace {
+
+using testing::AllocationScope;
+using testing::CapacityLow;
+using testing::CapacityWord;
+using testing::LengthLow;
+using testing::LengthWord;
+using testing::ShareWord;
+
+static_assert(sizeof(ICStringUnique) == sizeof(void*));
+static_assert(sizeof(ICStringSharedW) == sizeof(void*));
+static_assert(UnknownLength == static_cast<int16_t>(0x8000));
+
+template <class Unit>
+void Fill(Unit* text, int32_t count, Unit value) {
+  for (int32_t i = 0; i < count; ++i) text[i] = value;
+}
+
+template <class T>
+class StorageTest : public ::testing::Test {};
+using UniqueWidths = ::testing::Types<ICStringUnique, ICStringUniqueW>;
+TYPED_TEST_SUITE(StorageTest, UniqueWidths);
+
+TYPED_TEST(StorageTest, CapacityOf7fffIsShortAnd8000IsLong) {
+  TypeParam shortForm, longForm;
+  shortForm._AllocateStorage(0x7fff);
+  longForm._AllocateStorage(0x8000);
+  EXPECT_EQ(CapacityWord(shortForm.GetText()), 0x7fff);
+  EXPECT_EQ(LengthWord(shortForm.GetText()), 0x8000);
+  EXPECT_EQ(ShareWord(shortForm.GetText()), 0);
+  EXPECT_EQ(CapacityWord(longForm.GetText()), 0xffff);
+  EXPECT_EQ(CapacityLow(longForm.GetText()), 0x8000);
+  EXPECT_EQ(LengthWord(longForm.GetText()), 0x8000);
+  EXPECT_EQ(shortForm.GetCapacity(), 0x7fff);
+  EXPECT_EQ(longForm.GetCapacity(), 0x8000);
+  shortForm._SetStringEnd(0);
+  longForm._SetStringEnd(0);
+}
+
+TYPED_TEST(StorageTest, LongFormStoresNegatedHalves) {
+  TypeParam s;
+  s._AllocateStorage(0x12345);
+  EXPECT_EQ(s.GetCapacity(), 0x12345);
+  const uint32_t negCap = 0u - 0x12345u;
+  EXPECT_EQ(CapacityWord(s.GetText()), negCap >> 16);
+  EXPECT_EQ(CapacityLow(s.GetText()), negCap & 0xffff);
+  Fill(s._GetBuffer(), 5, typename TypeParam::UnitType('x'));
+  s._SetStringEnd(5);
+  EXPECT_EQ(LengthWord(s.GetText()), 0xffff);
+  EXPECT_EQ(LengthLow(s.GetText()), 0xfffb);
+  EXPECT_EQ(s.GetLength(), 5);
+  Fill(s._GetBuffer(), 0x10001, typename TypeParam::UnitType('y'));
+  s._SetStringEnd(0x10001);
+  EXPECT_EQ(LengthWord(s.GetText()), 0xfffe);
+  EXPECT_EQ(LengthLow(s.GetText()), 0xffff);
+  EXPECT_EQ(s.GetLength(), 0x10001);
+}
+
+TYPED_TEST(StorageTest, LongFormLengthZeroIsTwoZeroWords) {
+  TypeParam s;
+  s._AllocateStorage(0x8000);
+  s._SetStringEnd(0);
+  EXPECT_EQ(LengthWord(s.GetText()), 0);
+  EXPECT_EQ(LengthLow(s.GetText()), 0);
+  EXPECT_EQ(s.GetLength(), 0);
+}
+
+TYPED_TEST(StorageTest, UnknownLengthIsMeasuredOnceAndStored) {
+  using Unit = typename TypeParam::UnitType;
+  TypeParam s;
+  s._AllocateStorage(10);
+  Fill(s._GetBuffer(), 5, Unit('a'));
+  s._GetBuffer()[5] = 0;
+  EXPECT_EQ(LengthWord(s.GetText()), 0x8000);
+  EXPECT_EQ(s.GetLength(), 5);
+  EXPECT_EQ(LengthWord(s.GetText()), 5);
+  // A second read uses the stored length and does not scan: moving the terminator is not seen.
+  s._GetBuffer()[5] = Unit('b');
+  s._GetBuffer()[6] = 0;
+  EXPECT_EQ(s.GetLength(), 5);
+}
+
+TYPED_TEST(StorageTest, SetStringEndOnEmptyDataThrowsOnlyForPositiveLengths) {
+  TypeParam s;
+  EXPECT_NO_THROW(s._SetStringEnd(0));
+  EXPECT_NO_THROW(s._SetStringEnd(-3));
+  try {
+    s._SetStringEnd(1);
+    FAIL() << "no exception";
+  } catch (const std::logic_error& e) {
+    EXPECT_STREQ(e.what(), "ICString::_SetStringEnd attempt to write to a NULL string!");
+  }
+  EXPECT_EQ(s.GetLength(), 0);
+  EXPECT_TRUE(s._IsEmptyData());
+}
+
+TYPED_TEST(StorageTest, AllocationFailureThrowsRuntimeError) {
+  TypeParam s;
+  try {
+    testing::FailNothrowAllocations fail;
+    s._AllocateStorage(16);
+    FAIL() << "no exception";
+  } catch (const std::runtime_error& e) {
+    EXPECT_STREQ(e.what(), "ICString::_AllocateStorage out of memory!");
+  }
+  // The handle is still usable afterwards.
+  EXPECT_TRUE(s._IsEmptyData());
+}
+
+TYPED_TEST(StorageTest, BlockSizeBeyond32BitsIsRefused) {
+  TypeParam s;
+  EXPECT_THROW(s._AllocateStorage(0xffffffffu), std::bad_array_new_length);
+  EXPECT_TRUE(s._IsEmptyData());
+}
+
+TEST(StorageWide, OversizedWideRequestIsRefused) {
+  ICStringUniqueW s;
+  // 2 x (0x7fffffff + 1 + 5) does not fit in 32 bits.
+  EXPECT_THROW(s._AllocateStorage(0x7fffffffu), std::bad_array_new_length);
+}
+
+TYPED_TEST(StorageTest, SingleUnitBlockHeader) {
+  TypeParam s;
+  {
+    AllocationScope scope;
+    s._AllocateSingleUnit();
+    EXPECT_EQ(scope.Allocations(), 1);
+  }
+  EXPECT_EQ(LengthWord(s.GetText()), 0x8000);
+  EXPECT_EQ(CapacityWord(s.GetText()), 1);
+  EXPECT_EQ(ShareWord(s.GetText()), 0);
+  s._GetBuffer()[0] = 'q';
+  s._SetStringEnd(1);
+  EXPECT_EQ(s.GetLength(), 1);
+}
+
+TYPED_TEST(StorageTest, ReserveWithoutExactNeverShrinks) {
+  TypeParam s;
+  s._Reserve(20, ReserveTerminate);
+  const auto* block = s.GetText();
+  s._Reserve(10, 0);
+  EXPECT_EQ(s.GetText(), block);
+  EXPECT_EQ(s.GetCapacity(), 20);
+  s._Reserve(20, 0);
+  EXPECT_EQ(s.GetText(), block);
+}
+
+TYPED_TEST(StorageTest, ReserveExactShrinksAndKeepTextCutsAtTheNewCapacity) {
+  using Unit = typename TypeParam::UnitType;
+  TypeParam s;
+  s._Reserve(20, 0);
+  Fill(s._GetBuffer(), 12, Unit('k'));
+  s._SetStringEnd(12);
+  s._Reserve(20, ReserveExact | ReserveKeepText);  // same capacity: nothing happens
+  EXPECT_EQ(s.GetCapacity(), 20);
+  s._Reserve(8, ReserveExact | ReserveKeepText);
+  EXPECT_EQ(s.GetCapacity(), 8);
+  // The old length 12 is above the capacity: it stays unknown and no terminator is written.
+  EXPECT_EQ(LengthWord(s.GetText()), 0x8000);
+  for (int i = 0; i < 9; ++i) EXPECT_EQ(s.GetText()[i], Unit('k')) << i;
+  s._Reserve(6, ReserveExact | ReserveKeepText | ReserveTerminate);
+  EXPECT_EQ(s.GetCapacity(), 6);
+  EXPECT_EQ(s.GetText()[6], 0);
+  EXPECT_EQ(s.GetLength(), 6);
+}
+
+TYPED_TEST(StorageTest, ReserveKeepTextCarriesAKnownLength) {
+  using Unit = typename TypeParam::UnitType;
+  TypeParam s;
+  s._Reserve(4, 0);
+  Fill(s._GetBuffer(), 3, Unit('m'));
+  s._SetStringEnd(3);
+  s._Reserve(100, ReserveKeepText);
+  EXPECT_EQ(s.GetCapacity(), 100);
+  EXPECT_EQ(LengthWord(s.GetText()), 3);
+  EXPECT_EQ(s.GetText()[2], Unit('m'));
+  EXPECT_EQ(s.GetText()[3], 0);
+}
+
+TYPED_TEST(StorageTest, ReserveWithoutKeepTextLeavesUnknownLength) {
+  auto s = testing::Make<TypeParam>("abc");
+  s._Reserve(50, 0);
+  EXPECT_EQ(LengthWord(s.GetText()), 0x8000);
+  s._GetBuffer()[0] = 0;
+  EXPECT_EQ(s.GetLength(), 0);
+}
+
+TYPED_TEST(StorageTest, ReserveOnEmptyData) {
+  TypeParam plain, terminated;
+  plain._Reserve(5, 0);
+  EXPECT_EQ(LengthWord(plain.GetText()), 0x8000);
+  plain._SetStringEnd(0);
+  terminated._Reserve(5, ReserveKeepText);
+  EXPECT_EQ(LengthWord(terminated.GetText()), 0);
+  EXPECT_EQ(terminated.GetText()[0], 0);
+  TypeParam untouched;
+  {
+    AllocationScope scope;
+    untouched._Reserve(0, 0);
+    untouched._Reserve(0, ReserveExact | ReserveTerminate);
+    EXPECT_EQ(scope.Allocations(), 0);
+  }
+  EXPECT_TRUE(untouched._IsEmptyData());
+}
+
+TYPED_TEST(StorageTest, ReserveZeroExactReleasesAHeapBlock) {
+  auto s = testing::Make<TypeParam>("text");
+  AllocationScope scope;
+  s._Reserve(0, ReserveExact);
+  EXPECT_TRUE(s._IsEmptyData());
+  EXPECT_EQ(scope.Frees(), 1);
+}
+
+TYPED_TEST(StorageTest, ReserveZeroTerminateClearsButKeepsTheBlock) {
+  auto s = testing::Make<TypeParam>("text");
+  const auto* block = s.GetText();
+  s._Reserve(0, ReserveTerminate);
+  EXPECT_EQ(s.GetText(), block);
+  EXPECT_EQ(s.GetLength(), 0);
+  EXPECT_EQ(s.GetCapacity(), 4);
+}
+
+TYPED_TEST(StorageTest, TrimIdiomExactWithKeepText) {
+  using Unit = typename TypeParam::UnitType;
+  TypeParam s;
+  s._Reserve(1000, 0);
+  Fill(s._GetBuffer(), 7, Unit('t'));
+  s._SetStringEnd(7);
+  s._Reserve(s.GetLength(), ReserveExact | ReserveKeepText);
+  EXPECT_EQ(s.GetCapacity(), 7);
+  EXPECT_EQ(s.GetLength(), 7);
+  EXPECT_EQ(s.GetText()[7], 0);
+}
+
+TYPED_TEST(StorageTest, ClearTextKeepsTheBlock) {
+  auto s = testing::Make<TypeParam>("hello");
+  const auto* block = s.GetText();
+  s.ClearText();
+  EXPECT_EQ(s.GetText(), block);
+  EXPECT_EQ(s.GetLength(), 0);
+  EXPECT_EQ(s.GetCapacity(), 5);
+  TypeParam empty;
+  empty.ClearText();
+  EXPECT_TRUE(empty._IsEmptyData());
+}
+
+TYPED_TEST(StorageTest, ReleaseStorageReturnsToTheEmptyData) {
+  auto s = testing::Make<TypeParam>("hello");
+  s._ReleaseStorage();
+  EXPECT_TRUE(s._IsEmptyData());
+  s._ReleaseStorage();
+  EXPECT_TRUE(s._IsEmptyData());
+}
+
+TEST(EmptyData, BothBlocksAreZeroAndChecked) {
+  EXPECT_NO_THROW(CheckNullData<char>());
+  EXPECT_NO_THROW(CheckNullData<char16_t>());
+  const auto& narrow = ICStringNullData<char>::TNullData;
+  EXPECT_EQ(narrow.LengthWord, 0);
+  EXPECT_EQ(narrow.CapacityWord, 0);
+  EXPECT_EQ(narrow.ShareWord, 0);
+  EXPECT_EQ(narrow.Text[0], 0);
+  ICStringUnique a;
+  ICStringSharedW b;
+  ICStringView c;
+  EXPECT_EQ(a.GetText(), EmptyText<char>());
+  EXPECT_EQ(b.GetText(), EmptyText<char16_t>());
+  EXPECT_EQ(c.GetText(), EmptyText<char>());
+  EXPECT_EQ(a.GetLength(), 0);
+  EXPECT_EQ(a.GetCapacity(), 0);
+  EXPECT_EQ(b.GetCapacity(), 0);
+}
+
+TEST(EmptyData, CheckFailsOnADirtyBlock) {
+  auto& narrow = ICStringNullData<char>::TNullData;
+  narrow.ShareWord = 1;
+  try {
+    CheckNullData<char>();
+    ADD_FAILURE() << "no exception";
+  } catch (const std::logic_error& e) {
+    EXPECT_STREQ(e.what(), "ICString::TNullData has not been zero initialized!");
+  }
+  narrow.ShareWord = 0;
+  auto& wide = ICStringNullData<char16_t>::TNullData;
+  wide.Text[0] = u'x';
+  EXPECT_THROW(CheckNullData<char16_t>(), std::logic_error);
+  wide.Text[0] = 0;
+  EXPECT_NO_THROW(CheckNullData<char16_t>());
+}
+
+TEST(EmptyData, UnknownLengthMarkIsMeasuredBackToZero) {
+  // The one write that the empty data ever sees: a writer marks it unmeasured.
+  ICStringUniqueW s;
+  s._SetStoredLength(UnknownLength);
+  EXPECT_EQ(LengthWord(EmptyText<char16_t>()), 0x8000);
+  EXPECT_EQ(s.GetLength(), 0);
+  EXPECT_EQ(LengthWord(EmptyText<char16_t>()), 0);
+  EXPECT_NO_THROW(CheckNullData<char16_t>());
+}
+
+// Lengths from 0x7fff0001 on have a negated high half of 0x8000 and collide with the mark:
+// they are measured on each read, and still come out right.
+TEST(StorageHuge, LengthsCollidingWithTheMarkAreMeasured) {
+  constexpr int32_t length = 0x7fff0001;
+  ICStringUnique s;
+  s._AllocateStorage(static_cast<uint32_t>(length));
+  std::memset(s._GetBuffer(), 'z', static_cast<size_t>(length));
+  s._SetStringEnd(length);
+  EXPECT_EQ(LengthWord(s.GetText()), 0x8000);
+  EXPECT_EQ(LengthLow(s.GetText()), 0xffff);
+  EXPECT_EQ(s.GetLength(), length);
+  EXPECT_EQ(s.GetLength(), length);
+}
+
+// --- Shared blocks -----------------------------------------------------------------------
+
+template <class T>
+class SharedStorageTest : public ::testing::Test {};
+using SharedWidths = ::testing::Types<ICStringShared, ICStringSharedW>;
+TYPED_TEST_SUITE(SharedStorageTest, SharedWidths);
+
+TYPED_TEST(SharedStorageTest, CopiesCountOwnersUntilTheLimit) {
+  auto original = testing::Make<TypeParam>("shared");
+  std::vector<TypeParam> copies;
+  copies.reserve(65536);
+  {
+    AllocationScope scope;
+    for (int i = 0; i < 65535; ++i) copies.emplace_back(original);
+    EXPECT_EQ(scope.Allocations(), 0);
+  }
+  EXPECT_EQ(ShareWord(original.GetText()), 0xffff);
+  for (const auto& c : copies) ASSERT_EQ(c.GetText(), original.GetText());
+  // The 65537th handle gets a block of its own; the count stays at 0xffff.
+  {
+    AllocationScope scope;
+    copies.emplace_back(original);
+    EXPECT_EQ(scope.Allocations(), 1);
+  }
+  EXPECT_NE(copies.back().GetText(), original.GetText());
+  EXPECT_EQ(ShareWord(original.GetText()), 0xffff);
+  EXPECT_EQ(ShareWord(copies.back().GetText()), 0);
+  EXPECT_EQ(copies.back().GetLength(), 6);
+  copies.clear();
+  EXPECT_EQ(ShareWord(original.GetText()), 0);
+}
+
+TYPED_TEST(SharedStorageTest, ClearTextReachesEveryOwner) {
+  auto a = testing::Make<TypeParam>("abc");
+  TypeParam b(a);
+  a.ClearText();
+  EXPECT_EQ(b.GetLength(), 0);
+  EXPECT_EQ(b.GetText()[0], 0);
+}
+
+TYPED_TEST(SharedStorageTest, DetachGivesAnOwnCopyAndDropsAnOwner) {
+  auto a = testing::Make<TypeParam>("abcdef");
+  TypeParam b(a);
+  EXPECT_EQ(ShareWord(a.GetText()), 1);
+  b._Detach(-1);
+  EXPECT_NE(a.GetText(), b.GetText());
+  EXPECT_EQ(ShareWord(a.GetText()), 0);
+  EXPECT_EQ(ShareWord(b.GetText()), 0);
+  EXPECT_EQ(b.GetCapacity(), 6);
+  EXPECT_EQ(LengthWord(b.GetText()), 6);
+  b._GetBuffer()[0] = 'X';
+  EXPECT_EQ(a.GetText()[0], 'a');
+}
+
+TYPED_TEST(SharedStorageTest, DetachToASmallerCapacityLeavesTheLengthUnknown) {
+  auto a = testing::Make<TypeParam>("abcdef");
+  TypeParam b(a);
+  b._Detach(3);
+  EXPECT_EQ(b.GetCapacity(), 3);
+  EXPECT_EQ(LengthWord(b.GetText()), 0x8000);
+  b._SetStringEnd(3);
+  EXPECT_EQ(b.GetLength(), 3);
+  EXPECT_EQ(a.GetLength(), 6);
+}
+
+TYPED_TEST(SharedStorageTest, DetachToZeroTakesTheEmptyData) {
+  auto a = testing::Make<TypeParam>("abc");
+  TypeParam b(a);
+  b._Detach(0);
+  EXPECT_TRUE(b._IsEmptyData());
+  EXPECT_EQ(ShareWord(a.GetText()), 0);
+}
+
+TYPED_TEST(SharedStorageTest, ReallocateDetachedCopiesTheOldCapacityAndForgetsTheLength) {
+  auto a = testing::Make<TypeParam>("abc");
+  TypeParam b(a);
+  b._ReallocateDetached(10);
+  EXPECT_EQ(b.GetCapacity(), 10);
+  EXPECT_EQ(LengthWord(b.GetText()), 0x8000);
+  EXPECT_EQ(b.GetLength(), 3);  // measured through the copied terminator
+  EXPECT_EQ(ShareWord(a.GetText()), 0);
+  auto sole = testing::Make<TypeParam>("xy");
+  AllocationScope scope;
+  sole._ReallocateDetached(5);
+  EXPECT_EQ(scope.Frees(), 1);  // a sole owner's old block is freed
+  EXPECT_EQ(sole.GetLength(), 2);
+}
+
+TYPED_TEST(SharedStorageTest, DestructionDropsOneOwnerAtATime) {
+  auto* a = new TypeParam(testing::Make<TypeParam>("abc"));
+  TypeParam b(*a);
+  {
+    AllocationScope scope;
+    delete a;
+    EXPECT_EQ(scope.Frees(), 1);  // the handle object only
+  }
+  EXPECT_EQ(ShareWord(b.GetText()), 0);
+  EXPECT_EQ(b.GetLength(), 3);
+}
+
+// --- Views ---------------------------------------------------------------------------
+
+TEST(ViewStorage, MakeOwnedCopiesAndLeavesTheBlockUnmeasured) {
+  const char foreign[] = "abc";
+  ICStringView v(foreign);
+  EXPECT_FALSE(v.OwnsBlock());
+  EXPECT_EQ(v.GetLength(), 3);
+  EXPECT_EQ(v.ViewLength(), 3);
+  v._MakeOwned();
+  EXPECT_TRUE(v.OwnsBlock());
+  EXPECT_NE(v.GetText(), foreign);
+  EXPECT_EQ(v.GetCapacity(), 3);
+  EXPECT_EQ(LengthWord(v.GetText()), 0x8000);
+  EXPECT_EQ(v.GetLength(), 3);
+  EXPECT_EQ(LengthWord(v.GetText()), 3);
+  EXPECT_STREQ(foreign, "abc");
+}
+
+TEST(ViewStorage, ClearTextOnAForeignViewWritesThroughThePointer) {
+  char foreign[] = "abc";
+  ICStringView v(foreign);
+  v.ClearText();
+  EXPECT_EQ(foreign[0], 0);
+  EXPECT_EQ(v.GetLength(), 0);
+  EXPECT_FALSE(v.OwnsBlock());
+}
+
+TEST(ViewStorage, MakeOwnedOfAnEmptyViewTakesTheEmptyData) {
+  ICStringViewW v(u"");
+  AllocationScope scope;
+  v._MakeOwned();
+  EXPECT_EQ(scope.Allocations(), 0);
+  EXPECT_TRUE(v._IsEmptyData());
+  EXPECT_TRUE(v.OwnsBlock());
+}
+
+}  // namespace
+}  // namespace ic
