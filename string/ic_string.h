@@ -8,16 +8,22 @@
 // All shapes share one block layout (header.h) and offer the same members, which are written
 // once in BasicICString over the shape's storage class; a shape differs only in how it owns its
 // block and in the first step of a write (_PrepareGrow, _PrepareReplace, _Clear).
+//
+// Members of later concerns (UTF conversion, numbers, editing, search, ...) live in mixins of
+// their own headers, each a template over the complete string type, so that every member is
+// written once for all six instantiations and each concern stays in its own files.
 #pragma once
 
 #include <cstdint>
 #include <type_traits>
 #include <utility>
 
+#include <ic/number/number_members.h>
 #include <ic/platform/export.h>
 #include <ic/string/range.h>
 #include <ic/string/shared_storage.h>
 #include <ic/string/unique_storage.h>
+#include <ic/string/utf_members.h>
 #include <ic/string/view_storage.h>
 
 namespace ic {
@@ -40,7 +46,9 @@ using ICStringView = ICStringViewT<char>;
 using ICStringViewW = ICStringViewT<char16_t>;
 
 template <class Unit, class Storage>
-class BasicICString : public Storage {
+class BasicICString : public Storage,
+                      public ICStringUtfMembers<BasicICString<Unit, Storage>>,
+                      public ICStringNumberMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;
@@ -222,5 +230,8 @@ extern template class IC_API BasicICString<char, ICStringSharedStorage<char>>;
 extern template class IC_API BasicICString<char16_t, ICStringSharedStorage<char16_t>>;
 extern template class IC_API BasicICString<char, ICStringViewStorage<char>>;
 extern template class IC_API BasicICString<char16_t, ICStringViewStorage<char16_t>>;
+
+static_assert(sizeof(ICStringUnique) == sizeof(char*) && sizeof(ICStringSharedW) == sizeof(char*),
+              "the mixins of members add no data");
 
 }  // namespace ic
