@@ -59,14 +59,20 @@ inline int16_t GetLengthWord(const void* text) {
 inline int16_t GetCapacityWord(const void* text) {
   return static_cast<int16_t>(LoadWord(text, kCapacityWord));
 }
-inline uint16_t GetShareWord(const void* text) { return LoadWord(text, kShareWord); }
-inline void SetShareWord(void* text, uint16_t v) { StoreWord(text, kShareWord, v); }
+inline uint16_t GetShareWord(const void* text) {
+  return LoadWord(text, kShareWord);
+}
+inline void SetShareWord(void* text, uint16_t v) {
+  StoreWord(text, kShareWord, v);
+}
 inline void SetLengthWord(void* text, int16_t v) {
   StoreWord(text, kLengthWord, static_cast<uint16_t>(v));
 }
 
 /// True if the block uses the five-word long form.
-inline bool IsLongForm(const void* text) { return GetCapacityWord(text) < 0; }
+inline bool IsLongForm(const void* text) {
+  return GetCapacityWord(text) < 0;
+}
 
 /// Joins a negated high half and its low half back into a value.
 inline int32_t JoinNegated(int16_t high, uint16_t low) {
@@ -109,7 +115,8 @@ inline int32_t MeasureText(const Unit* text) {
     return static_cast<int32_t>(std::strlen(reinterpret_cast<const char*>(text)));
   } else {
     const Unit* p = text;
-    while (*p) ++p;
+    while (*p)
+      ++p;
     return static_cast<int32_t>(p - text);
   }
 }

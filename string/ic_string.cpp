@@ -17,8 +17,7 @@ BasicICString<Unit, Storage>::BasicICString(const BasicICString& other) : Storag
 }
 
 template <class Unit, class Storage>
-BasicICString<Unit, Storage>::BasicICString(BasicICString&& other) noexcept(!IsUnique)
-    : Storage() {
+BasicICString<Unit, Storage>::BasicICString(BasicICString&& other) noexcept(!IsUnique) : Storage() {
   if constexpr (IsView) {
     this->_MoveView(other);
   } else if (IsUnique && (other._GetShareWord() & InlineCapable)) {
@@ -61,8 +60,7 @@ BasicICString<Unit, Storage>::BasicICString(ICStringRangeT<Unit> range) : Storag
 }
 
 template <class Unit, class Storage>
-void BasicICString<Unit, Storage>::_FromUnits(const Unit* units, int32_t length,
-                                               int32_t capacity) {
+void BasicICString<Unit, Storage>::_FromUnits(const Unit* units, int32_t length, int32_t capacity) {
   if constexpr (IsView) {
     this->_SetTiny(units, length);
   } else {
@@ -92,15 +90,13 @@ BasicICString<Unit, Storage>::BasicICString(char ch) : Storage() {
 }
 
 template <class Unit, class Storage>
-BasicICString<Unit, Storage>::BasicICString(char16_t unit)
-  requires(std::is_same_v<Unit, char16_t>)
+BasicICString<Unit, Storage>::BasicICString(char16_t unit) requires(std::is_same_v<Unit, char16_t>)
     : Storage() {
   _FromUnits(&unit, unit != 0 ? 1 : 0, 1);
 }
 
 template <class Unit, class Storage>
-BasicICString<Unit, Storage>::BasicICString(char32_t codePoint)
-  requires(std::is_same_v<Unit, char>)
+BasicICString<Unit, Storage>::BasicICString(char32_t codePoint) requires(std::is_same_v<Unit, char>)
     : Storage() {
   this->_AllocateStorage(static_cast<uint32_t>(GetUTF8CodePointSize(codePoint)));
   if constexpr (IsView) this->_ownsBlock = true;
@@ -181,9 +177,7 @@ Unit* BasicICString<Unit, Storage>::DuplicateText() const {
 }
 
 template <class Unit, class Storage>
-ICStringUniqueT<Unit>* BasicICString<Unit, Storage>::Clone() const
-  requires(IsUnique)
-{
+ICStringUniqueT<Unit>* BasicICString<Unit, Storage>::Clone() const requires(IsUnique) {
   auto* copy = new (std::nothrow) ICStringUniqueT<Unit>();
   if (copy != nullptr) copy->_AssignText(this->_text, this->GetLength());
   return copy;

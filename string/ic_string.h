@@ -105,13 +105,11 @@ class BasicICString : public Storage,
   explicit BasicICString(char ch);
 
   /// From one 16-bit unit (wide strings): a block of capacity 1; a view uses TinyText.
-  explicit BasicICString(char16_t unit)
-    requires(std::is_same_v<Unit, char16_t>);
+  explicit BasicICString(char16_t unit) requires(std::is_same_v<Unit, char16_t>);
 
   /// From a code point (narrow strings): a block of exactly its UTF-8 size. A value that cannot
   /// be encoded (a surrogate, above U+10FFFF) leaves length 0 and no terminator written.
-  explicit BasicICString(char32_t codePoint)
-    requires(std::is_same_v<Unit, char>);
+  explicit BasicICString(char32_t codePoint) requires(std::is_same_v<Unit, char>);
 
   ~BasicICString() = default;
   /// @}
@@ -174,8 +172,7 @@ class BasicICString : public Storage,
   Unit* DuplicateText() const;
   /// A new heap ICStringUnique with a deep copy of the text, or null if the allocation fails;
   /// the caller owns it. Offered by unique strings only.
-  ICStringUniqueT<Unit>* Clone() const
-    requires(IsUnique);
+  ICStringUniqueT<Unit>* Clone() const requires(IsUnique);
   /// @}
 
  private:

@@ -38,7 +38,9 @@ class ICStringStorage {
   int32_t _BlockLength() const noexcept;
 
   /// Stores a length in the block header, in the form the capacity dictates.
-  void _SetBlockLength(int32_t length) const noexcept { internal::WriteStoredLength(_text, length); }
+  void _SetBlockLength(int32_t length) const noexcept {
+    internal::WriteStoredLength(_text, length);
+  }
 
   /// Makes the block's length zero (first unit and length words); nothing on the empty data.
   void _ClearBlockText() const noexcept;

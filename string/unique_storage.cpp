@@ -1,6 +1,5 @@
 #include <ic/string/unique_storage.h>
 
-
 namespace ic {
 
 template <class Unit>

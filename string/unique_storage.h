@@ -51,7 +51,8 @@ class ICStringUniqueStorage : public ICStringStorage<Unit> {
  protected:
   ICStringUniqueStorage() noexcept = default;
   ~ICStringUniqueStorage() {
-    if (!this->_IsEmptyData() && !(this->_GetShareWord() & InlineBlock)) Base::_FreeBlock(this->_text);
+    if (!this->_IsEmptyData() && !(this->_GetShareWord() & InlineBlock))
+      Base::_FreeBlock(this->_text);
   }
 
   /// Text pointer of the buffer of an ICStringInline object; valid only with InlineCapable set.

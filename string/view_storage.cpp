@@ -96,7 +96,8 @@ template <class Unit>
 void ICStringViewStorage<Unit>::_CopyForeign(const ICStringViewStorage& other) noexcept {
   _ownsBlock = false;
   _viewLength = other._viewLength;
-  for (int i = 0; i < TinyUnits; ++i) _tinyText[i] = other._tinyText[i];
+  for (int i = 0; i < TinyUnits; ++i)
+    _tinyText[i] = other._tinyText[i];
   this->_text = other._IsTiny() ? _tinyText : other._text;
 }
 
@@ -114,7 +115,8 @@ void ICStringViewStorage<Unit>::_ViewText(const Unit* text) noexcept {
 
 template <class Unit>
 void ICStringViewStorage<Unit>::_SetTiny(const Unit* units, int32_t length) noexcept {
-  for (int i = 0; i < TinyUnits; ++i) _tinyText[i] = i < length ? units[i] : Unit{0};
+  for (int i = 0; i < TinyUnits; ++i)
+    _tinyText[i] = i < length ? units[i] : Unit{0};
   this->_text = _tinyText;
   _ownsBlock = false;
   _viewLength = length;

@@ -27,12 +27,22 @@ AllocationScope::AllocationScope() {
   g_frees = 0;
   g_counting = true;
 }
-AllocationScope::~AllocationScope() { g_counting = false; }
-long AllocationScope::Allocations() const { return g_allocations; }
-long AllocationScope::Frees() const { return g_frees; }
+AllocationScope::~AllocationScope() {
+  g_counting = false;
+}
+long AllocationScope::Allocations() const {
+  return g_allocations;
+}
+long AllocationScope::Frees() const {
+  return g_frees;
+}
 
-FailNothrowAllocations::FailNothrowAllocations() { g_failNothrow = true; }
-FailNothrowAllocations::~FailNothrowAllocations() { g_failNothrow = false; }
+FailNothrowAllocations::FailNothrowAllocations() {
+  g_failNothrow = true;
+}
+FailNothrowAllocations::~FailNothrowAllocations() {
+  g_failNothrow = false;
+}
 }  // namespace ic::testing
 
 void* operator new(std::size_t size) {
@@ -40,7 +50,9 @@ void* operator new(std::size_t size) {
   if (p == nullptr) throw std::bad_alloc();
   return p;
 }
-void* operator new[](std::size_t size) { return operator new(size); }
+void* operator new[](std::size_t size) {
+  return operator new(size);
+}
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   if (g_failNothrow) return nullptr;
   return Allocate(size);
@@ -48,9 +60,21 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
   return operator new(size, tag);
 }
-void operator delete(void* p) noexcept { Free(p); }
-void operator delete[](void* p) noexcept { Free(p); }
-void operator delete(void* p, std::size_t) noexcept { Free(p); }
-void operator delete[](void* p, std::size_t) noexcept { Free(p); }
-void operator delete(void* p, const std::nothrow_t&) noexcept { Free(p); }
-void operator delete[](void* p, const std::nothrow_t&) noexcept { Free(p); }
+void operator delete(void* p) noexcept {
+  Free(p);
+}
+void operator delete[](void* p) noexcept {
+  Free(p);
+}
+void operator delete(void* p, std::size_t) noexcept {
+  Free(p);
+}
+void operator delete[](void* p, std::size_t) noexcept {
+  Free(p);
+}
+void operator delete(void* p, const std::nothrow_t&) noexcept {
+  Free(p);
+}
+void operator delete[](void* p, const std::nothrow_t&) noexcept {
+  Free(p);
+}

@@ -34,8 +34,8 @@ std::basic_string<typename S::UnitType> Text(const S& s) {
 
 template <class T>
 class AnyShape : public ::testing::Test {};
-using AllShapes = ::testing::Types<ICStringUnique, ICStringUniqueW, ICStringShared,
-                                   ICStringSharedW, ICStringView, ICStringViewW>;
+using AllShapes = ::testing::Types<ICStringUnique, ICStringUniqueW, ICStringShared, ICStringSharedW,
+                                   ICStringView, ICStringViewW>;
 TYPED_TEST_SUITE(AnyShape, AllShapes);
 
 TYPED_TEST(AnyShape, EmptyStringsAllocateNothing) {

@@ -29,7 +29,8 @@ static_assert(UnknownLength == static_cast<int16_t>(0x8000));
 
 template <class Unit>
 void Fill(Unit* text, int32_t count, Unit value) {
-  for (int32_t i = 0; i < count; ++i) text[i] = value;
+  for (int32_t i = 0; i < count; ++i)
+    text[i] = value;
 }
 
 template <class T>
@@ -173,7 +174,8 @@ TYPED_TEST(StorageTest, ReserveExactShrinksAndKeepTextCutsAtTheNewCapacity) {
   EXPECT_EQ(s.GetCapacity(), 8);
   // The old length 12 is above the capacity: it stays unknown and no terminator is written.
   EXPECT_EQ(LengthWord(s.GetText()), 0x8000);
-  for (int i = 0; i < 9; ++i) EXPECT_EQ(s.GetText()[i], Unit('k')) << i;
+  for (int i = 0; i < 9; ++i)
+    EXPECT_EQ(s.GetText()[i], Unit('k')) << i;
   s._Reserve(6, ReserveExact | ReserveKeepText | ReserveTerminate);
   EXPECT_EQ(s.GetCapacity(), 6);
   EXPECT_EQ(s.GetText()[6], 0);
@@ -341,11 +343,13 @@ TYPED_TEST(SharedStorageTest, CopiesCountOwnersUntilTheLimit) {
   copies.reserve(65536);
   {
     AllocationScope scope;
-    for (int i = 0; i < 65535; ++i) copies.emplace_back(original);
+    for (int i = 0; i < 65535; ++i)
+      copies.emplace_back(original);
     EXPECT_EQ(scope.Allocations(), 0);
   }
   EXPECT_EQ(ShareWord(original.GetText()), 0xffff);
-  for (const auto& c : copies) ASSERT_EQ(c.GetText(), original.GetText());
+  for (const auto& c : copies)
+    ASSERT_EQ(c.GetText(), original.GetText());
   // The 65537th handle gets a block of its own; the count stays at 0xffff.
   {
     AllocationScope scope;
