@@ -20,11 +20,16 @@
 
 #include <ic/number/number_members.h>
 #include <ic/platform/export.h>
+#include <ic/string/append_members.h>
+#include <ic/string/assign_members.h>
+#include <ic/string/edit_members.h>
 #include <ic/string/range.h>
 #include <ic/string/shared_storage.h>
 #include <ic/string/unique_storage.h>
 #include <ic/string/utf_members.h>
 #include <ic/string/view_storage.h>
+#include <ic/text/case_members.h>
+#include <ic/text/search_members.h>
 
 namespace ic {
 
@@ -48,7 +53,12 @@ using ICStringViewW = ICStringViewT<char16_t>;
 template <class Unit, class Storage>
 class BasicICString : public Storage,
                       public ICStringUtfMembers<BasicICString<Unit, Storage>>,
-                      public ICStringNumberMembers<BasicICString<Unit, Storage>> {
+                      public ICStringNumberMembers<BasicICString<Unit, Storage>>,
+                      public ICStringAssignMembers<BasicICString<Unit, Storage>>,
+                      public ICStringAppendMembers<BasicICString<Unit, Storage>>,
+                      public ICStringEditMembers<BasicICString<Unit, Storage>>,
+                      public ICStringSearchMembers<BasicICString<Unit, Storage>>,
+                      public ICStringCaseMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;
