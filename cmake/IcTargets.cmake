@@ -35,11 +35,13 @@ function(ic_add_text_library)
       set(t ictext)
       add_library(${t} STATIC $<TARGET_OBJECTS:ictext_objects>)
       add_library(ic::text ALIAS ${t})
+      set_target_properties(${t} PROPERTIES EXPORT_NAME text)
     else()
       set(t ictext_shared)
       add_library(${t} SHARED $<TARGET_OBJECTS:ictext_objects>)
       add_library(ic::text_shared ALIAS ${t})
-      set_target_properties(${t} PROPERTIES OUTPUT_NAME ictext VERSION ${PROJECT_VERSION}
+      set_target_properties(${t} PROPERTIES OUTPUT_NAME ictext EXPORT_NAME text_shared
+                            VERSION ${PROJECT_VERSION}
                             SOVERSION ${PROJECT_VERSION_MAJOR})
       target_compile_definitions(${t} INTERFACE IC_SHARED)
     endif()

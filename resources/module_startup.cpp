@@ -1,0 +1,102 @@
+// Start-up and exit of the language module.
+//
+// Everything the module sets up runs among its static initialisers while the host's loader
+// holds its lock, and everything it tears down runs as exit actions when the host unloads it.
+// The order is fixed, and this is the only translation unit of the module with static
+// initialisers of its own, so the definitions below run one after the other as written:
+//
+//   1-13  the thirteen catalogue records, os first and gui last. Each links itself at the head
+//         of the chain, so gui ends at the head and os at the tail. The first of them builds
+//         the manager, whose exit action is therefore registered first and runs last.
+//   14    the narrow empty data is checked to be zero;
+//   15-17 exit actions of the narrow block pointer and the narrow module-wide strings;
+//   18    the wide empty data is checked to be zero;
+//   19-21 exit actions of the wide block pointer and the wide module-wide strings.
+//
+// At exit the actions run in reverse: the wide, then the narrow objects; the records from gui
+// to os, each unlinking itself and freeing its indices; the manager last.
+#include <cstdlib>
+
+#include <ic/resources/host_api.h>
+#include <ic/string/ic_string.h>
+#include <ic/string/null_data.h>
+
+#include "catalogues/Scintilla.h"
+#include "catalogues/core.h"
+#include "catalogues/cryptography.h"
+#include "catalogues/dispatch.h"
+#include "catalogues/gui.h"
+#include "catalogues/icgui.h"
+#include "catalogues/msg.h"
+#include "catalogues/os.h"
+#include "catalogues/pkg.h"
+#include "catalogues/regex.h"
+#include "catalogues/res.h"
+#include "catalogues/xml.h"
+#include "catalogues/xsdt.h"
+
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
+namespace {
+
+namespace catalogues = ic::resources::catalogues;
+
+// Checks the empty data of a width when constructed; throws std::logic_error, which stops the
+// load, if the block is not zero.
+template <class Unit>
+struct NullDataCheck {
+  NullDataCheck() { ic::CheckNullData<Unit>(); }
+};
+
+// A block pointer of the module that is freed at exit. Nothing in the module ever gives it a
+// value, so the free at exit is of null.
+template <class Unit>
+struct ModuleBlockPointer {
+  constexpr ModuleBlockPointer() noexcept = default;
+  ~ModuleBlockPointer() { std::free(Block); }
+  ModuleBlockPointer(const ModuleBlockPointer&) = delete;
+  ModuleBlockPointer& operator=(const ModuleBlockPointer&) = delete;
+
+  Unit* Block = nullptr;
+};
+
+// Steps 1 to 13.
+const catalogues::os::Registrar TOsRecord;
+const catalogues::pkg::Registrar TPkgRecord;
+const catalogues::core::Registrar TCoreRecord;
+const catalogues::res::Registrar TResRecord;
+const catalogues::icgui::Registrar TIcguiRecord;
+const catalogues::msg::Registrar TMsgRecord;
+const catalogues::Scintilla::Registrar TScintillaRecord;
+const catalogues::xml::Registrar TXmlRecord;
+const catalogues::cryptography::Registrar TCryptographyRecord;
+const catalogues::regex::Registrar TRegexRecord;
+const catalogues::dispatch::Registrar TDispatchRecord;
+const catalogues::xsdt::Registrar TXsdtRecord;
+const catalogues::gui::Registrar TGuiRecord;
+
+// Steps 14 to 17.
+const NullDataCheck<char> TNarrowNullDataCheck;
+ModuleBlockPointer<char> TNarrowBlock;
+ic::ICStringUnique TNarrowUnique;
+ic::ICStringShared TNarrowShared;
+
+// Steps 18 to 21.
+const NullDataCheck<char16_t> TWideNullDataCheck;
+ModuleBlockPointer<char16_t> TWideBlock;
+ic::ICStringUniqueW TWideUnique;
+ic::ICStringSharedW TWideShared;
+
+}  // namespace
+
+#if defined(_WIN32)
+// The entry point does nothing of its own: the run-time's start-up stub runs the list above on
+// process attach and the exit actions on detach. Thread attach and detach calls are turned off,
+// since the module keeps no per-thread state.
+BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
+  if (reason == DLL_PROCESS_ATTACH) DisableThreadLibraryCalls(module);
+  return TRUE;
+}
+#endif

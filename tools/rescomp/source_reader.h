@@ -1,0 +1,48 @@
+// Reads a catalogue source (XML) with the sources it includes, and checks it.
+//
+//   <resources>
+//     <module name="core" params="uri encoding">
+//       <string name="no_encoding_specified" note="for translators">...{uri}...</string>
+//     </module>
+//     <Include file="other.xml"/>
+//   </resources>
+//
+// An Include's path is relative to the file that holds it. Every fault of every file is
+// reported, not only the first; a catalogue is usable only when no error was reported.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "diagnostics.h"
+
+namespace ic::rescomp {
+
+struct ResourceString {
+  std::string name;     // the key
+  std::u16string text;  // the message, escapes decoded, in UTF-16
+  long line = 0;
+};
+
+struct Module {
+  std::string name;
+  std::string file;
+  long line = 0;
+  std::vector<ResourceString> strings;  // in source order
+};
+
+struct Catalogue {
+  std::vector<Module> modules;     // in source order, included modules at their Include
+  std::vector<std::string> files;  // every file read: the source first, then its includes
+
+  // The module of that name, or null.
+  const Module* Find(std::string_view name) const;
+};
+
+// Reads `path` and the files it includes. Faults go to `diagnostics`, with file names as
+// they are reached from `path`. Modules and strings with faults in their names are left out
+// of the result.
+Catalogue ReadCatalogue(const std::string& path, Diagnostics& diagnostics);
+
+}  // namespace ic::rescomp
