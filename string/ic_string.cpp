@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include <ic/string/chain.h>
 #include <ic/string/utf8.h>
 
 namespace ic {
@@ -111,6 +112,33 @@ BasicICString<Unit, Storage>::BasicICString(char32_t codePoint) requires(std::is
   } else {
     this->_SetStoredLength(0);
   }
+}
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>::BasicICString(int32_t capacity, bool lengthInUnits, bool zeroFill)
+    : Storage() {
+  if (capacity < 1) return;
+  uint64_t units = static_cast<uint64_t>(capacity);
+  if (sizeof(Unit) == 1 && !lengthInUnits) units *= 4;  // a character takes at most 4 bytes
+  // A request beyond 32 bits is passed on as the largest one, which the allocation refuses.
+  this->_AllocateStorage(units > 0xffffffffu ? 0xffffffffu : static_cast<uint32_t>(units));
+  if (zeroFill)
+    for (uint32_t i = 0; i <= units; ++i)
+      this->_text[i] = 0;
+  this->_text[0] = 0;
+  this->_SetStoredLength(0);
+}
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>::BasicICString(const ICStringChainT<Unit>& chain) : Storage() {
+  this->Assign(chain);
+}
+
+template <class Unit, class Storage>
+BasicICString<Unit, Storage>& BasicICString<Unit, Storage>::operator=(
+    const ICStringChainT<Unit>& chain) {
+  this->Assign(chain);
+  return *this;
 }
 
 template <class Unit, class Storage>

@@ -35,6 +35,8 @@ namespace ic {
 
 template <class Unit, class Storage>
 class BasicICString;
+template <class Unit>
+class ICStringChainT;
 
 template <class Unit>
 using ICStringUniqueT = BasicICString<Unit, ICStringUniqueStorage<Unit>>;
@@ -121,6 +123,15 @@ class BasicICString : public Storage,
   /// be encoded (a surrogate, above U+10FFFF) leaves length 0 and no terminator written.
   explicit BasicICString(char32_t codePoint) requires(std::is_same_v<Unit, char>);
 
+  /// Room for `capacity` units (characters for a narrow string with lengthInUnits false: four
+  /// bytes each), with an empty text; with zeroFill all capacity + 1 units are zero. A capacity
+  /// below 1 gives the empty data.
+  BasicICString(int32_t capacity, bool lengthInUnits, bool zeroFill);
+
+  /// The text of a concatenation, written once into a block of exactly its length (the empty
+  /// data for an empty result).
+  BasicICString(const ICStringChainT<Unit>& chain);
+
   ~BasicICString() = default;
   /// @}
 
@@ -156,6 +167,8 @@ class BasicICString : public Storage,
   /// A zero-terminated text: copied (null clears); a view becomes a view of it (null gives the
   /// owning empty data).
   BasicICString& operator=(const Unit* text);
+  /// The text of a concatenation (see Assign).
+  BasicICString& operator=(const ICStringChainT<Unit>& chain);
 
   /// Replaces the text by `length` units at `text`. If `text` is the string's own text pointer,
   /// nothing changes (whatever the length). Otherwise room is made (a view becomes owning

@@ -35,23 +35,22 @@ void ICStringStorage<Unit>::_SetBlockEnd(int32_t length) const {
 }
 
 template <class Unit>
-void ICStringStorage<Unit>::_AllocateStorage(uint32_t capacity) {
-  const bool isShort = (capacity & 0x7fffu) == capacity;
-  const uint64_t headerBytes = isShort ? ShortHeaderBytes : LongHeaderBytes;
-  const uint64_t size = (uint64_t{capacity} + 1) * sizeof(Unit) + headerBytes;
+void ICStringStorage<Unit>::_ReportOutOfMemory() {
+  throw std::runtime_error("ICString::_AllocateStorage out of memory!");
+}
+
+template <class Unit>
+void ICStringStorage<Unit>::_AllocateLong(uint32_t capacity) {
+  const uint64_t size = (uint64_t{capacity} + 1) * sizeof(Unit) + LongHeaderBytes;
   // The block size is a 32-bit quantity; a request beyond it is refused as an array size.
   if (size > 0xffffffffull) throw std::bad_array_new_length();
   void* block = ::operator new(static_cast<size_t>(size), std::nothrow);
-  if (block == nullptr) throw std::runtime_error("ICString::_AllocateStorage out of memory!");
-  Unit* text = reinterpret_cast<Unit*>(static_cast<char*>(block) + headerBytes);
+  if (block == nullptr) _ReportOutOfMemory();
+  Unit* text = reinterpret_cast<Unit*>(static_cast<char*>(block) + LongHeaderBytes);
+  const uint32_t negated = 0u - capacity;
   internal::SetShareWord(text, 0);
-  if (isShort) {
-    internal::StoreWord(text, internal::kCapacityWord, static_cast<uint16_t>(capacity));
-  } else {
-    const uint32_t negated = 0u - capacity;
-    internal::StoreWord(text, internal::kCapacityLow, static_cast<uint16_t>(negated));
-    internal::StoreWord(text, internal::kCapacityWord, static_cast<uint16_t>(negated >> 16));
-  }
+  internal::StoreWord(text, internal::kCapacityLow, static_cast<uint16_t>(negated));
+  internal::StoreWord(text, internal::kCapacityWord, static_cast<uint16_t>(negated >> 16));
   internal::SetLengthWord(text, UnknownLength);
   _text = text;
 }
@@ -59,7 +58,7 @@ void ICStringStorage<Unit>::_AllocateStorage(uint32_t capacity) {
 template <class Unit>
 void ICStringStorage<Unit>::_AllocateSingleUnit() {
   void* block = ::operator new(ShortHeaderBytes + 2 * sizeof(Unit), std::nothrow);
-  if (block == nullptr) throw std::runtime_error("ICString::_AllocateStorage out of memory!");
+  if (block == nullptr) _ReportOutOfMemory();
   Unit* text = reinterpret_cast<Unit*>(static_cast<char*>(block) + ShortHeaderBytes);
   internal::SetLengthWord(text, UnknownLength);
   internal::StoreWord(text, internal::kCapacityWord, 1);

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 
 #include <ic/platform/export.h>
 #include <ic/string/header.h>
@@ -55,7 +56,27 @@ class ICStringStorage {
   /// UnknownLength and nothing else written. Never frees what the handle held before.
   /// Throws std::runtime_error("ICString::_AllocateStorage out of memory!") if the allocator
   /// answers null, std::bad_array_new_length if the size does not fit in 32 bits.
-  void _AllocateStorage(uint32_t capacity);
+  void _AllocateStorage(uint32_t capacity) {
+    if ((capacity & 0x7fffu) == capacity) {
+      _text = _AllocateShort(capacity);
+    } else {
+      _AllocateLong(capacity);
+    }
+  }
+
+  /// A short-form block (capacity up to 0x7fff): the common case, kept inline.
+  static Unit* _AllocateShort(uint32_t capacity) {
+    void* block = ::operator new(ShortHeaderBytes + (capacity + 1) * sizeof(Unit), std::nothrow);
+    if (block == nullptr) _ReportOutOfMemory();
+    Unit* text = reinterpret_cast<Unit*>(static_cast<char*>(block) + ShortHeaderBytes);
+    internal::SetLengthWord(text, UnknownLength);
+    internal::StoreWord(text, internal::kCapacityWord, static_cast<uint16_t>(capacity));
+    internal::SetShareWord(text, 0);
+    return text;
+  }
+  /// A long-form block, with the size check of 32-bit block sizes.
+  void _AllocateLong(uint32_t capacity);
+  [[noreturn]] static void _ReportOutOfMemory();
 
   /// The fixed block of capacity 1 used for one-unit strings.
   void _AllocateSingleUnit();

@@ -38,11 +38,23 @@ class ICStringUniqueStorage : public ICStringStorage<Unit> {
 
   /// Room for a new length, the old text kept (append-style writes).
   void _PrepareGrow(int32_t newLength) {
-    if (newLength > GetCapacity()) _Reserve(newLength, ReserveKeepText);
+    if (newLength <= GetCapacity()) return;
+    if (this->_IsEmptyData()) {
+      // What _Reserve does for the empty data, without the detour.
+      this->_AllocateStorage(static_cast<uint32_t>(newLength));
+      this->_text[0] = 0;
+      this->_SetBlockLength(0);
+    } else {
+      _Reserve(newLength, ReserveKeepText);
+    }
   }
   /// Room for a new text of `newLength` units; the old text need not survive.
   void _PrepareReplace(int32_t newLength) {
-    if (newLength > GetCapacity()) _Reserve(newLength, 0);
+    if (newLength <= GetCapacity()) return;
+    if (this->_IsEmptyData())
+      this->_AllocateStorage(static_cast<uint32_t>(newLength));  // as _Reserve would
+    else
+      _Reserve(newLength, 0);
   }
   /// Empties the string, keeping its block.
   void _Clear() noexcept { ClearText(); }

@@ -1,11 +1,22 @@
 #include <ic/string/utf8.h>
 
+#include <cstring>
+
 namespace ic {
+
+uint32_t CountCodePoints(const char* text) noexcept {
+  const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
+  uint32_t count = 0;
+  for (; *p != 0; ++count)
+    p += GetUTF8SequenceSize(*p);
+  return count;
+}
 
 int32_t GetUTF8Offset(const char* text, uint32_t count) noexcept {
   const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
   const unsigned char* const start = p;
-  for (; count != 0 && *p != 0; --count) p += GetUTF8SequenceSize(*p);
+  for (; count != 0 && *p != 0; --count)
+    p += GetUTF8SequenceSize(*p);
   return static_cast<int32_t>(p - start);
 }
 
@@ -30,6 +41,16 @@ bool EncodeCodePoint(char*& cursor, uint32_t codePoint) noexcept {
   }
   cursor = reinterpret_cast<char*>(p);
   return true;
+}
+
+const char* FindCodePoint(const char* text, uint32_t codePoint) noexcept {
+  if (codePoint < 0x80) return std::strchr(text, static_cast<int>(codePoint));
+  const char* p = text;
+  while (*p != 0) {
+    const char* start = p;
+    if (DecodeUTF8Sequence(p) == codePoint) return start;
+  }
+  return nullptr;
 }
 
 }  // namespace ic

@@ -25,6 +25,11 @@ inline int GetUTF8CodePointSize(uint32_t codePoint) noexcept {
   return codePoint < 0x80 ? 1 : codePoint < 0x800 ? 2 : codePoint < 0x10000 ? 3 : 4;
 }
 
+/// Number of sequences before the terminator, each stepped over by GetUTF8SequenceSize of its
+/// lead byte. A truncated sequence at the end can step over the terminator: the count goes on
+/// behind it.
+IC_API uint32_t CountCodePoints(const char* text) noexcept;
+
 /// Byte offset of the sequence with index `count`, or of the terminator if the text has fewer
 /// sequences. Stops at a zero lead byte only: a truncated sequence can step over the terminator.
 IC_API int32_t GetUTF8Offset(const char* text, uint32_t count) noexcept;
@@ -32,5 +37,29 @@ IC_API int32_t GetUTF8Offset(const char* text, uint32_t count) noexcept;
 /// Writes `codePoint` at the cursor, advances it and returns true; returns false and writes
 /// nothing for a surrogate (0xd800-0xdfff) or a value above 0x10ffff.
 IC_API bool EncodeCodePoint(char*& cursor, uint32_t codePoint) noexcept;
+
+/// Decodes the sequence at the cursor and moves the cursor behind it. The size comes from the
+/// lead byte alone (GetUTF8SequenceSize); the value starts as lead AND (63 >> (size - 1)) and
+/// takes 6 bits of each following byte, whatever that byte is, a terminator included. Overlong
+/// forms, surrogates and values above U+10FFFF pass undetected.
+inline uint32_t DecodeUTF8Sequence(const char*& cursor) noexcept {
+  const unsigned char* p = reinterpret_cast<const unsigned char*>(cursor);
+  const unsigned lead = *p;
+  if (lead < 0x80) {
+    cursor += 1;
+    return lead;
+  }
+  const int n = GetUTF8SequenceSize(static_cast<unsigned char>(lead)) - 1;
+  uint32_t value = lead & (63u >> n);
+  for (int i = 1; i <= n; ++i)
+    value = (value << 6) | (p[i] & 63u);
+  cursor += n + 1;
+  return value;
+}
+
+/// The first sequence of the zero-terminated `text` that decodes to `codePoint`, or null. A value
+/// below 0x80 is a plain byte search (0 finds the terminator); others walk the sequences as
+/// DecodeUTF8Sequence reads them.
+IC_API const char* FindCodePoint(const char* text, uint32_t codePoint) noexcept;
 
 }  // namespace ic

@@ -5,6 +5,7 @@
 #include <type_traits>
 #include <utility>
 
+#include <ic/string/chain.h>
 #include <ic/string/ic_string.h>
 #include <ic/string/inline.h>
 
@@ -145,6 +146,51 @@ TEST(OneCharacter, CodePointGetsItsUtf8Size) {
   ICStringUnique bad(char32_t{0xd800});
   EXPECT_EQ(bad.GetCapacity(), 3);
   EXPECT_EQ(bad.GetLength(), 0);
+}
+
+// --- Capacity and concatenation constructors ------------------------------------------
+
+TEST(CapacityConstructor, CharactersTakeFourBytesEach) {
+  ICStringUnique narrow(10, false, false);
+  EXPECT_EQ(narrow.GetCapacity(), 40);
+  EXPECT_EQ(narrow.GetLength(), 0);
+  EXPECT_EQ(narrow.GetText()[0], 0);
+  ICStringUnique units(10, true, false);
+  EXPECT_EQ(units.GetCapacity(), 10);
+  ICStringUniqueW wide(10, false, false);  // the flag is not read for wide strings
+  EXPECT_EQ(wide.GetCapacity(), 10);
+}
+
+TEST(CapacityConstructor, ZeroFillClearsEveryUnit) {
+  ICStringSharedW s(6, true, true);
+  for (int i = 0; i <= 6; ++i) EXPECT_EQ(s.GetText()[i], 0) << i;
+  EXPECT_EQ(s.GetLength(), 0);
+  ICStringView v(3, true, true);
+  EXPECT_TRUE(v.OwnsBlock());
+  EXPECT_EQ(v.GetCapacity(), 3);
+}
+
+TEST(CapacityConstructor, BelowOneGivesTheEmptyData) {
+  AllocationScope scope;
+  ICStringUnique a(0, true, true);
+  ICStringUnique b(-5, false, false);
+  EXPECT_TRUE(a._IsEmptyData());
+  EXPECT_TRUE(b._IsEmptyData());
+  EXPECT_EQ(scope.Allocations(), 0);
+}
+
+TEST(ChainConstructor, WritesTheWholeExpressionWithOneAllocation) {
+  const ICStringUnique left("left");
+  const ICStringShared right("right");
+  AllocationScope scope;
+  ICStringUnique joined(left + "-" + right);
+  EXPECT_EQ(scope.Allocations(), 1);
+  EXPECT_EQ(Text(joined), "left-right");
+  EXPECT_EQ(joined.GetCapacity(), 10);
+  ICStringViewW wide;
+  wide = ICStringUniqueW(u"a") + u"b";
+  EXPECT_TRUE(wide.OwnsBlock());
+  EXPECT_EQ(Text(wide), u"ab");
 }
 
 // --- Unique -------------------------------------------------------------------------

@@ -111,6 +111,20 @@ TYPED_TEST(StorageTest, SetStringEndOnEmptyDataThrowsOnlyForPositiveLengths) {
   EXPECT_TRUE(s._IsEmptyData());
 }
 
+TYPED_TEST(StorageTest, SetStringEndFromAnEndPointer) {
+  using Unit = typename TypeParam::UnitType;
+  TypeParam s;
+  s._AllocateStorage(8);
+  Fill(s._GetBuffer(), 8, Unit('e'));
+  s._SetStringEnd(s.GetText() + 4);
+  EXPECT_EQ(s.GetLength(), 4);
+  EXPECT_EQ(s.GetText()[4], 0);
+  EXPECT_EQ(s.GetText()[5], Unit('e'));
+  // The length is not compared with the capacity: only the terminator and the header change.
+  s._SetStringEnd(s.GetText() + 8);
+  EXPECT_EQ(s.GetLength(), 8);
+}
+
 TYPED_TEST(StorageTest, AllocationFailureThrowsRuntimeError) {
   TypeParam s;
   try {

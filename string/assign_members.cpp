@@ -1,0 +1,182 @@
+#include <ic/string/assign_members.h>
+
+#include <ic/string/chain.h>
+#include <ic/string/ic_string.h>
+#include <ic/string/utf8.h>
+
+namespace ic {
+
+template <class Unit, class Storage>
+auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* text) -> Str& {
+  Str& self = static_cast<Str&>(*this);
+  self = text;
+  return self;
+}
+
+template <class Unit, class Storage>
+auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* begin, const Unit* end)
+    -> Str& {
+  Str& self = static_cast<Str&>(*this);
+  if (begin != nullptr && end != nullptr && begin <= end)
+    self._AssignText(begin, static_cast<int32_t>(end - begin));
+  else
+    self._Clear();
+  return self;
+}
+
+template <class Unit, class Storage>
+auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* text, int32_t length,
+                                                                 bool lengthInUnits) -> Str& {
+  Str& self = static_cast<Str&>(*this);
+  if (length < 1) {
+    self._Clear();
+    return self;
+  }
+  if (text == nullptr) {
+    // "" has nothing to copy: the converted length is 0, for which room is made and no more.
+    length = 0;
+  } else if constexpr (IsNarrow) {
+    if (!lengthInUnits && length != 0x7fffffff)
+      length = GetUTF8Offset(text, static_cast<uint32_t>(length));
+  }
+  self._PrepareReplace(length);
+  if (length > 0) {
+    CopyUnits(self._GetBuffer(), text, static_cast<size_t>(length));
+    self._SetStringEnd(length);
+  }
+  return self;
+}
+
+template <class Unit, class Storage>
+auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* text, int32_t length)
+    -> Str& {
+  Str& self = static_cast<Str&>(*this);
+  if (text == nullptr) {
+    self._Clear();
+  } else if (length < 0) {
+    self = text;  // measured; a view views the text
+  } else if (length == 0) {
+    self._Clear();
+  } else {
+    self._PrepareReplace(length);
+    CopyUnits(self._GetBuffer(), text, static_cast<size_t>(length));
+    self._SetStringEnd(length);
+  }
+  return self;
+}
+
+template <class Unit, class Storage>
+auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(ICStringRangeT<Unit> range)
+    -> Str& {
+  return Assign(range.Text, range.Length);
+}
+
+template <class Unit, class Storage>
+auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const char* utf8, int32_t length)
+    -> Str& requires(IsWide) {
+  return static_cast<Str&>(*this).ConvertFromUTF8String(utf8, length);
+}
+
+template <class Unit, class Storage>
+auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(ICStringRange utf8)
+    -> Str& requires(IsWide) {
+  return static_cast<Str&>(*this).ConvertFromUTF8String(utf8);
+}
+
+template <class Unit, class Storage>
+auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(char ch) -> Str& {
+  Str& self = static_cast<Str&>(*this);
+  const unsigned char byte = static_cast<unsigned char>(ch);
+  if constexpr (IsNarrow) {
+    if (byte >= 0x80) {
+      self._PrepareReplace(2);
+      self._SetCodePoint(byte);
+      return self;
+    }
+  }
+  self._PrepareReplace(1);
+  Unit* text = self._GetBuffer();
+  text[0] = static_cast<Unit>(byte);
+  self._SetStringEnd(byte != 0 ? 1 : 0);
+  return self;
+}
+
+template <class Unit, class Storage>
+auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(char16_t unit)
+    -> Str& requires(IsWide) {
+  Str& self = static_cast<Str&>(*this);
+  self._PrepareReplace(1);
+  Unit* text = self._GetBuffer();
+  text[0] = unit;
+  self._SetStringEnd(unit != 0 ? 1 : 0);
+  return self;
+}
+
+template <class Unit, class Storage>
+auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(char32_t codePoint)
+    -> Str& requires(IsNarrow) {
+  Str& self = static_cast<Str&>(*this);
+  self._PrepareReplace(GetUTF8CodePointSize(codePoint));
+  self._SetCodePoint(codePoint);
+  return self;
+}
+
+template <class Unit, class Storage>
+void ICStringAssignMembers<BasicICString<Unit, Storage>>::_SetCodePoint(
+    uint32_t codePoint) requires(IsNarrow) {
+  Str& self = static_cast<Str&>(*this);
+  char* const text = self._GetBuffer();
+  if (codePoint == 0) {
+    text[0] = 0;
+    self._SetStoredLength(0);
+    return;
+  }
+  char* cursor = text;
+  if (EncodeCodePoint(cursor, codePoint)) {
+    *cursor = 0;
+    self._SetStoredLength(static_cast<int32_t>(cursor - text));
+  } else {
+    self._SetStoredLength(0);
+  }
+}
+
+template <class Unit, class Storage>
+void ICStringAssignMembers<BasicICString<Unit, Storage>>::_AssignChainCore(const Piece* first,
+                                                                           int32_t length,
+                                                                           const Unit* written) {
+  Str& self = static_cast<Str&>(*this);
+  self._PrepareReplace(length);
+  // An empty result on the empty data needs no write: its terminator and length are zero.
+  if (self._IsEmptyData()) return;
+  Unit* const text = self._GetBuffer();
+  if (written != nullptr)
+    CopyUnits(text, written, static_cast<size_t>(length) + 1);
+  else
+    WriteChain(text, first);
+  self._SetStoredLength(length);
+}
+
+template <class Unit, class Storage>
+auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const ICStringChainT<Unit>& chain)
+    -> Str& {
+  Str& self = static_cast<Str&>(*this);
+  chain._GuardChain(&self);
+  const int32_t length = chain.GetChainLength();
+  const Unit* written = chain.Result._IsEmptyData() ? nullptr : chain.Result.GetText();
+  _AssignChainCore(chain.First, length, written);
+  return self;
+}
+
+template <class Unit, class Storage>
+auto ICStringAssignMembers<BasicICString<Unit, Storage>>::AssignPieces(const Piece* first) -> Str& {
+  Str& self = static_cast<Str&>(*this);
+  if (first == nullptr) return self;
+  const int64_t sum = SumPieces(first);
+  if (sum == 0) return self;
+  _AssignChainCore(first, static_cast<int32_t>(sum), nullptr);
+  return self;
+}
+
+IC_INSTANTIATE_STRING_MIXIN(ICStringAssignMembers)
+
+}  // namespace ic
