@@ -32,7 +32,7 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(const Unit* tex
 template <class Unit, class Storage>
 auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(const Unit* text) -> Str& {
   if (text == nullptr) return static_cast<Str&>(*this);
-  return Append(text, internal::UnitLength(text));
+  return Append(text, internal::MeasureText(text));
 }
 
 template <class Unit, class Storage>
@@ -121,7 +121,7 @@ void ICStringAppendMembers<BasicICString<Unit, Storage>>::PutAtCursor(const Unit
   if (text == nullptr)
     length = 0;
   else if (length < 0)
-    length = internal::UnitLength(text);
+    length = internal::MeasureText(text);
   const int32_t at = static_cast<int32_t>(cursor);
   const int32_t needed = at + length;
   const Unit* const oldText = self.GetText();
@@ -157,7 +157,7 @@ void ICStringAppendMembers<BasicICString<Unit, Storage>>::PutAtCursor(
   if (text == nullptr)
     length = 0;
   else if (length < 0)
-    length = internal::UnitLength(text);
+    length = internal::MeasureText(text);
   cursor += static_cast<uint32_t>(length);
 }
 
@@ -173,7 +173,7 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Join(const Unique* ele
                                                                const Unit* separator) -> Str& {
   Str& self = static_cast<Str&>(*this);
   const Unit* const sep = separator ? separator : EmptyText<Unit>();
-  const int32_t sepLength = internal::UnitLength(sep);
+  const int32_t sepLength = internal::MeasureText(sep);
   self._Clear();
   ICStringBuilder<Str> builder{&self, self.GetLength(), 0, false};
   const int32_t start = builder.Count;

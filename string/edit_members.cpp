@@ -422,7 +422,7 @@ template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::Insert(const Unit* source, int32_t position,
                                                                bool lengthInUnits) -> Str& {
   if (source == nullptr) return static_cast<Str&>(*this);
-  return _InsertUnits(source, internal::UnitLength(source), position, lengthInUnits);
+  return _InsertUnits(source, internal::MeasureText(source), position, lengthInUnits);
 }
 
 template <class Unit, class Storage>
@@ -449,7 +449,7 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::SetTail(int32_t position
   const int32_t length = self.GetLength();
   const int32_t offset = std::min(_ToUnitsIn(self.GetText(), position, lengthInUnits), length);
   if (length <= offset) return self;
-  const int32_t size = text ? internal::UnitLength(text) : 0;
+  const int32_t size = text ? internal::MeasureText(text) : 0;
   const int32_t newLength = offset + size;
   self._PrepareGrow(newLength);
   CopyUnits(self._GetBuffer() + offset, text, static_cast<size_t>(size));
@@ -471,7 +471,7 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::PutRepeated(const Unit* 
                                                                     int32_t position,
                                                                     bool lengthInUnits) -> Str& {
   Str& self = static_cast<Str&>(*this);
-  const int32_t size = value ? internal::UnitLength(value) : 0;
+  const int32_t size = value ? internal::MeasureText(value) : 0;
   if (size == 0 || position < 0 || repeatCount < 1) return self;
   if (position > GetCharCount(lengthInUnits)) return self;
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
@@ -521,7 +521,7 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::ReplaceRange(int32_t pos
     -> Str& {
   Str& self = static_cast<Str&>(*this);
   if (text == nullptr) return self;
-  const int32_t size = textLength < 0 ? internal::UnitLength(text) : textLength;
+  const int32_t size = textLength < 0 ? internal::MeasureText(text) : textLength;
   if (size == 0 || position < 0) return self;
   if (position > GetCharCount(lengthInUnits)) return self;
   const int32_t length = self.GetLength();
@@ -569,13 +569,13 @@ int32_t ICStringEditMembers<BasicICString<Unit, Storage>>::ReplaceAll(const Unit
                                                                       int32_t maxCount) {
   Str& self = static_cast<Str&>(*this);
   if (needle == nullptr) return 0;
-  if (needleLength < 0) needleLength = internal::UnitLength(needle);
+  if (needleLength < 0) needleLength = internal::MeasureText(needle);
   if (needleLength == 0) return 0;
   if (text == nullptr) {
     text = EmptyUnits<Unit>();
     textLength = 0;
   } else if (textLength < 0) {
-    textLength = internal::UnitLength(text);
+    textLength = internal::MeasureText(text);
   }
   if (maxCount <= 0) maxCount = kWholeText;
 
@@ -812,10 +812,10 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::NormalizeLineEnds(
     const Unit* source, const Unit* lineEnd) noexcept -> Str& {
   Str& self = static_cast<Str&>(*this);
   if (lineEnd == nullptr) lineEnd = EmptyUnits<Unit>();
-  const int32_t lineEndLength = internal::UnitLength(lineEnd);
+  const int32_t lineEndLength = internal::MeasureText(lineEnd);
   const bool fromSelf = source == self.GetText();
   if (source == nullptr) source = EmptyUnits<Unit>();
-  const int32_t sourceLength = fromSelf ? self.GetLength() : internal::UnitLength(source);
+  const int32_t sourceLength = fromSelf ? self.GetLength() : internal::MeasureText(source);
   const Unit cr = Unit('\r');
   const Unit lf = Unit('\n');
 

@@ -49,6 +49,12 @@ BasicICString<Unit, Storage>::BasicICString(const Unit* text, int32_t length, bo
 }
 
 template <class Unit, class Storage>
+BasicICString<Unit, Storage>::BasicICString(const Unit* begin, const Unit* end) : Storage() {
+  if (begin == nullptr || end == nullptr || end <= begin) return;
+  this->_CopyFrom(begin, static_cast<int32_t>(end - begin));
+}
+
+template <class Unit, class Storage>
 BasicICString<Unit, Storage>::BasicICString(ICStringRangeT<Unit> range) : Storage() {
   if (range.Length < 0) {
     if constexpr (IsView)

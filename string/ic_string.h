@@ -107,6 +107,10 @@ class BasicICString : public Storage,
   /// data. The text is copied as it stands, even across zero units. A view copies too.
   BasicICString(const Unit* text, int32_t length, bool lengthInUnits = true);
 
+  /// From the units between `begin` and `end`: a block of exactly end - begin units. A null
+  /// pointer, or an end that is not above begin, gives the empty data.
+  BasicICString(const Unit* begin, const Unit* end);
+
   /// From a range: a negative length means up to the terminator (a view then views the text).
   explicit BasicICString(ICStringRangeT<Unit> range);
 

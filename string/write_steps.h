@@ -56,17 +56,4 @@ inline bool PointsInto(const Unit* p, const Unit* begin, int64_t count) {
   return a >= b && a <= b + static_cast<uintptr_t>(count) * sizeof(Unit);
 }
 
-/// Number of units before the first zero unit.
-template <class Unit>
-inline int32_t UnitLength(const Unit* text) {
-  if constexpr (sizeof(Unit) == 1) {
-    return static_cast<int32_t>(std::strlen(reinterpret_cast<const char*>(text)));
-  } else {
-    const Unit* p = text;
-    while (*p)
-      ++p;
-    return static_cast<int32_t>(p - text);
-  }
-}
-
 }  // namespace ic::internal

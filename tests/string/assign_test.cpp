@@ -19,8 +19,7 @@ using testing::Units;
 
 template <class T>
 class AssignAnyShape : public ::testing::Test {};
-using AllShapes = ::testing::Types<ICStringUnique, ICStringUniqueW, ICStringShared, ICStringSharedW,
-                                   ICStringView, ICStringViewW>;
+using AllShapes = testing::AllStringShapes;
 TYPED_TEST_SUITE(AssignAnyShape, AllShapes);
 
 TYPED_TEST(AssignAnyShape, TextAndLengthCopiesExactly) {

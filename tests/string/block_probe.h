@@ -34,7 +34,15 @@ inline void SetLengthWord(void* t, uint16_t v) {
 
 #include <string>
 
+#include <gtest/gtest.h>
+
+#include <ic/string/ic_string.h>
+
 namespace ic::testing {
+/// The six strings, for typed tests over every shape and width.
+using AllStringShapes = ::testing::Types<ICStringUnique, ICStringUniqueW, ICStringShared,
+                                         ICStringSharedW, ICStringView, ICStringViewW>;
+
 /// A string of type S holding the ASCII text, whatever its width.
 template <class S>
 S Make(const char* ascii) {

@@ -21,8 +21,7 @@ using testing::Units;
 
 template <class T>
 class ChainAnyShape : public ::testing::Test {};
-using AllShapes = ::testing::Types<ICStringUnique, ICStringUniqueW, ICStringShared, ICStringSharedW,
-                                   ICStringView, ICStringViewW>;
+using AllShapes = testing::AllStringShapes;
 TYPED_TEST_SUITE(ChainAnyShape, AllShapes);
 
 TYPED_TEST(ChainAnyShape, AssignWritesOnceWithOneAllocation) {

@@ -23,8 +23,7 @@ using testing::Units;
 
 template <class T>
 class EditAnyShape : public ::testing::Test {};
-using AllShapes = ::testing::Types<ICStringUnique, ICStringUniqueW, ICStringShared, ICStringSharedW,
-                                   ICStringView, ICStringViewW>;
+using AllShapes = testing::AllStringShapes;
 TYPED_TEST_SUITE(EditAnyShape, AllShapes);
 
 #define U(text) Units<typename TypeParam::UnitType>(text)

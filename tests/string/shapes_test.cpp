@@ -35,8 +35,7 @@ std::basic_string<typename S::UnitType> Text(const S& s) {
 
 template <class T>
 class AnyShape : public ::testing::Test {};
-using AllShapes = ::testing::Types<ICStringUnique, ICStringUniqueW, ICStringShared, ICStringSharedW,
-                                   ICStringView, ICStringViewW>;
+using AllShapes = testing::AllStringShapes;
 TYPED_TEST_SUITE(AnyShape, AllShapes);
 
 TYPED_TEST(AnyShape, EmptyStringsAllocateNothing) {
@@ -148,6 +147,26 @@ TEST(OneCharacter, CodePointGetsItsUtf8Size) {
   EXPECT_EQ(bad.GetLength(), 0);
 }
 
+// --- Begin and end pointers ------------------------------------------------------------
+
+TYPED_TEST(AnyShape, BeginAndEndPointersCopyTheUnitsBetween) {
+  using Unit = typename TypeParam::UnitType;
+  const Unit text[] = {'a', 'b', 'c', 'd', 0};
+  TypeParam s(text + 1, text + 3);
+  EXPECT_EQ(s.GetCapacity(), 2);
+  EXPECT_EQ(s.GetLength(), 2);
+  EXPECT_EQ(s.GetText()[0], Unit('b'));
+  EXPECT_EQ(s.GetText()[2], 0);
+  AllocationScope scope;
+  TypeParam same(text + 2, text + 2);
+  TypeParam reversed(text + 3, text + 1);
+  TypeParam null(static_cast<const Unit*>(nullptr), text + 2);
+  EXPECT_EQ(scope.Allocations(), 0);
+  EXPECT_TRUE(same._IsEmptyData());
+  EXPECT_TRUE(reversed._IsEmptyData());
+  EXPECT_TRUE(null._IsEmptyData());
+}
+
 // --- Capacity and concatenation constructors ------------------------------------------
 
 TEST(CapacityConstructor, CharactersTakeFourBytesEach) {
@@ -163,7 +182,8 @@ TEST(CapacityConstructor, CharactersTakeFourBytesEach) {
 
 TEST(CapacityConstructor, ZeroFillClearsEveryUnit) {
   ICStringSharedW s(6, true, true);
-  for (int i = 0; i <= 6; ++i) EXPECT_EQ(s.GetText()[i], 0) << i;
+  for (int i = 0; i <= 6; ++i)
+    EXPECT_EQ(s.GetText()[i], 0) << i;
   EXPECT_EQ(s.GetLength(), 0);
   ICStringView v(3, true, true);
   EXPECT_TRUE(v.OwnsBlock());

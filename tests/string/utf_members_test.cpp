@@ -34,8 +34,7 @@ std::basic_string<Unit> Expected(const char* utf8, const char16_t* utf16) {
 
 template <class T>
 class ConvertFromUTF8 : public ::testing::Test {};
-using AllShapes = ::testing::Types<ICStringUnique, ICStringUniqueW, ICStringShared, ICStringSharedW,
-                                   ICStringView, ICStringViewW>;
+using AllShapes = testing::AllStringShapes;
 TYPED_TEST_SUITE(ConvertFromUTF8, AllShapes);
 
 TYPED_TEST(ConvertFromUTF8, ConvertsAWholeText) {
