@@ -1,5 +1,7 @@
 #include <ic/string/chain.h>
 
+#include <cstring>
+
 #include <ic/number/number_format.h>
 #include <ic/platform/bounded_format.h>
 #include <ic/string/utf8.h>
@@ -30,6 +32,12 @@ Unit* WriteChainImpl(Unit* cursor, const ICStringPieceT<Unit>* piece) noexcept {
   for (; piece != nullptr; piece = piece->Next) {
     const int32_t count = piece->Count;
     if (count == 0) continue;
+    // Text is by far the most common piece: copy it before dispatching on the other kinds.
+    if (piece->Kind == PieceText) {
+      std::memcpy(cursor, piece->_TextPointer(), static_cast<size_t>(count) * sizeof(Unit));
+      cursor += count;
+      continue;
+    }
     switch (piece->Kind) {
       case PieceText:
         CopyUnits(cursor, piece->_TextPointer(), static_cast<size_t>(count));

@@ -77,7 +77,8 @@ class ICStringChainT {
   /// cannot overwrite a piece before it is read.
   template <class Storage>
   void _GuardChain(const BasicICString<Unit, Storage>* target) const {
-    if (target == nullptr || !Result._IsEmptyData()) return;
+    // Nothing can be overwritten in a target without a block of its own.
+    if (target == nullptr || !Result._IsEmptyData() || target->_IsEmptyData()) return;
     const Unit* const begin = target->GetText();
     const Unit* const end = begin + target->GetCapacity();
     for (const Piece* p = First; p; p = p->Next) {

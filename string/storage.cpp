@@ -7,7 +7,7 @@
 namespace ic {
 
 template <class Unit>
-int32_t ICStringStorage<Unit>::_BlockLength() const noexcept {
+int32_t ICStringStorage<Unit>::_BlockLengthLong() const noexcept {
   const int32_t stored = internal::ReadStoredLength(_text);
   if (stored >= 0) return stored;
   const int32_t measured = internal::MeasureText(_text);

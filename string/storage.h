@@ -36,7 +36,12 @@ class ICStringStorage {
   int32_t _BlockCapacity() const noexcept { return internal::ReadCapacity(_text); }
 
   /// Length from the block header, measured and stored if not yet known.
-  int32_t _BlockLength() const noexcept;
+  int32_t _BlockLength() const noexcept {
+    const int16_t word = internal::GetLengthWord(_text);
+    return word >= 0 ? word : _BlockLengthLong();
+  }
+  /// The rest of _BlockLength: the long form, or a length that must be measured.
+  int32_t _BlockLengthLong() const noexcept;
 
   /// Stores a length in the block header, in the form the capacity dictates.
   void _SetBlockLength(int32_t length) const noexcept {
