@@ -164,22 +164,9 @@ void ReadNumber(const Unit* text, T& value, const StringNumberParseOptions& opti
     ReadHex(text, value);                                                                          \
   }
 
-#define IC_DEFINE_INTEGER_PARSERS_FOR(Unit)       \
-  IC_DEFINE_INTEGER_PARSERS(Unit, signed char)    \
-  IC_DEFINE_INTEGER_PARSERS(Unit, unsigned char)  \
-  IC_DEFINE_INTEGER_PARSERS(Unit, short)          \
-  IC_DEFINE_INTEGER_PARSERS(Unit, unsigned short) \
-  IC_DEFINE_INTEGER_PARSERS(Unit, int)            \
-  IC_DEFINE_INTEGER_PARSERS(Unit, unsigned int)   \
-  IC_DEFINE_INTEGER_PARSERS(Unit, long)           \
-  IC_DEFINE_INTEGER_PARSERS(Unit, unsigned long)  \
-  IC_DEFINE_INTEGER_PARSERS(Unit, long long)      \
-  IC_DEFINE_INTEGER_PARSERS(Unit, unsigned long long)
+IC_FOR_EACH_INTEGER_TYPE(IC_DEFINE_INTEGER_PARSERS, char)
+IC_FOR_EACH_INTEGER_TYPE(IC_DEFINE_INTEGER_PARSERS, char16_t)
 
-IC_DEFINE_INTEGER_PARSERS_FOR(char)
-IC_DEFINE_INTEGER_PARSERS_FOR(char16_t)
-
-#undef IC_DEFINE_INTEGER_PARSERS_FOR
 #undef IC_DEFINE_INTEGER_PARSERS
 
 }  // namespace ic

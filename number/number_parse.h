@@ -82,22 +82,9 @@ inline bool _HexDigitValue(Unit unit, Digit& digit) noexcept {
                             const StringNumberParseOptions& options) noexcept;      \
   IC_API void _ParseHex(const Unit* text, T& value) noexcept;
 
-#define IC_DECLARE_INTEGER_PARSERS_FOR(Unit)       \
-  IC_DECLARE_INTEGER_PARSERS(Unit, signed char)    \
-  IC_DECLARE_INTEGER_PARSERS(Unit, unsigned char)  \
-  IC_DECLARE_INTEGER_PARSERS(Unit, short)          \
-  IC_DECLARE_INTEGER_PARSERS(Unit, unsigned short) \
-  IC_DECLARE_INTEGER_PARSERS(Unit, int)            \
-  IC_DECLARE_INTEGER_PARSERS(Unit, unsigned int)   \
-  IC_DECLARE_INTEGER_PARSERS(Unit, long)           \
-  IC_DECLARE_INTEGER_PARSERS(Unit, unsigned long)  \
-  IC_DECLARE_INTEGER_PARSERS(Unit, long long)      \
-  IC_DECLARE_INTEGER_PARSERS(Unit, unsigned long long)
+IC_FOR_EACH_INTEGER_TYPE(IC_DECLARE_INTEGER_PARSERS, char)
+IC_FOR_EACH_INTEGER_TYPE(IC_DECLARE_INTEGER_PARSERS, char16_t)
 
-IC_DECLARE_INTEGER_PARSERS_FOR(char)
-IC_DECLARE_INTEGER_PARSERS_FOR(char16_t)
-
-#undef IC_DECLARE_INTEGER_PARSERS_FOR
 #undef IC_DECLARE_INTEGER_PARSERS
 
 }  // namespace ic

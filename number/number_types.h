@@ -15,6 +15,19 @@ concept IntegerValueType = std::is_same_v<T, signed char> || std::is_same_v<T, u
     std::is_same_v<T, unsigned long> || std::is_same_v<T, long long> ||
     std::is_same_v<T, unsigned long long>;
 
+/// Applies MACRO(Unit, T) to each of the ten integer value types.
+#define IC_FOR_EACH_INTEGER_TYPE(MACRO, Unit) \
+  MACRO(Unit, signed char)                    \
+  MACRO(Unit, unsigned char)                  \
+  MACRO(Unit, short)                          \
+  MACRO(Unit, unsigned short)                 \
+  MACRO(Unit, int)                            \
+  MACRO(Unit, unsigned int)                   \
+  MACRO(Unit, long)                           \
+  MACRO(Unit, unsigned long)                  \
+  MACRO(Unit, long long)                      \
+  MACRO(Unit, unsigned long long)
+
 /// The code units of number text: UTF-8 bytes (narrow) and UTF-16 units (wide).
 template <class Unit>
 concept NumberTextUnit = std::is_same_v<Unit, char> || std::is_same_v<Unit, char16_t>;
