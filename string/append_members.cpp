@@ -76,9 +76,8 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(char32_t codePo
 }
 
 template <class Unit, class Storage>
-void ICStringAppendMembers<BasicICString<Unit, Storage>>::_AppendChainCore(const Piece* first,
-                                                                           int32_t length,
-                                                                           const Unit* written) {
+void ICStringAppendMembers<BasicICString<Unit, Storage>>::_AppendChainCore(
+    const internal::PieceRun<Unit>* run, int32_t length, const Unit* written) {
   Str& self = static_cast<Str&>(*this);
   const int32_t oldLength = self.GetLength();
   self._PrepareGrow(oldLength + length);
@@ -87,7 +86,7 @@ void ICStringAppendMembers<BasicICString<Unit, Storage>>::_AppendChainCore(const
   if (written != nullptr)
     CopyUnits(at, written, static_cast<size_t>(length) + 1);
   else
-    WriteChain(at, first);
+    internal::WritePieceRun(at, *run);
   self._SetStoredLength(oldLength + length);
 }
 
@@ -95,20 +94,19 @@ template <class Unit, class Storage>
 auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(const ICStringChainT<Unit>& chain)
     -> Str& {
   Str& self = static_cast<Str&>(*this);
-  chain._GuardChain(&self);
-  const int32_t length = chain.GetChainLength();
-  const Unit* written = chain.Result._IsEmptyData() ? nullptr : chain.Result.GetText();
-  _AppendChainCore(chain.First, length, written);
+  internal::PieceRun<Unit> run;
+  int32_t length;
+  const Unit* written = chain._ReadForWrite(&self, run, length);
+  _AppendChainCore(&run, length, written);
   return self;
 }
 
 template <class Unit, class Storage>
 auto ICStringAppendMembers<BasicICString<Unit, Storage>>::AppendPieces(const Piece* first) -> Str& {
   Str& self = static_cast<Str&>(*this);
-  if (first == nullptr) return self;
-  const int64_t sum = SumPieces(first);
-  if (sum == 0) return self;
-  _AppendChainCore(first, static_cast<int32_t>(sum), nullptr);
+  const internal::PieceRun<Unit> run(first);
+  if (run.Sum == 0) return self;  // also a null list
+  _AppendChainCore(&run, static_cast<int32_t>(run.Sum), nullptr);
   return self;
 }
 

@@ -19,6 +19,7 @@
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
 #include <ic/string/piece.h>
+#include <ic/string/piece_run.h>
 #include <ic/string/range.h>
 
 namespace ic {
@@ -154,9 +155,9 @@ class ICStringAppendMembers<BasicICString<Unit, Storage>> {
   /// @}
 
   /// The core of chain and piece appending: room for the old length plus `length` with the old
-  /// text kept, then either `written` copied with its terminator or the pieces from `first`
-  /// written behind the old text; the length is stored.
-  void _AppendChainCore(const Piece* first, int32_t length, const Unit* written);
+  /// text kept, then either `written` copied with its terminator or the run's pieces written
+  /// behind the old text; the length is stored.
+  void _AppendChainCore(const internal::PieceRun<Unit>* run, int32_t length, const Unit* written);
 
  private:
   Str& _AppendLinked(std::initializer_list<Piece*> pieces) {

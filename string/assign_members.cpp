@@ -141,9 +141,8 @@ void ICStringAssignMembers<BasicICString<Unit, Storage>>::_SetCodePoint(
 }
 
 template <class Unit, class Storage>
-void ICStringAssignMembers<BasicICString<Unit, Storage>>::_AssignChainCore(const Piece* first,
-                                                                           int32_t length,
-                                                                           const Unit* written) {
+void ICStringAssignMembers<BasicICString<Unit, Storage>>::_AssignChainCore(
+    const internal::PieceRun<Unit>* run, int32_t length, const Unit* written) {
   Str& self = static_cast<Str&>(*this);
   self._PrepareReplace(length);
   // An empty result on the empty data needs no write: its terminator and length are zero.
@@ -152,7 +151,7 @@ void ICStringAssignMembers<BasicICString<Unit, Storage>>::_AssignChainCore(const
   if (written != nullptr)
     CopyUnits(text, written, static_cast<size_t>(length) + 1);
   else
-    WriteChain(text, first);
+    internal::WritePieceRun(text, *run);
   self._SetStoredLength(length);
 }
 
@@ -160,20 +159,19 @@ template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const ICStringChainT<Unit>& chain)
     -> Str& {
   Str& self = static_cast<Str&>(*this);
-  chain._GuardChain(&self);
-  const int32_t length = chain.GetChainLength();
-  const Unit* written = chain.Result._IsEmptyData() ? nullptr : chain.Result.GetText();
-  _AssignChainCore(chain.First, length, written);
+  internal::PieceRun<Unit> run;
+  int32_t length;
+  const Unit* written = chain._ReadForWrite(&self, run, length);
+  _AssignChainCore(&run, length, written);
   return self;
 }
 
 template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::AssignPieces(const Piece* first) -> Str& {
   Str& self = static_cast<Str&>(*this);
-  if (first == nullptr) return self;
-  const int64_t sum = SumPieces(first);
-  if (sum == 0) return self;
-  _AssignChainCore(first, static_cast<int32_t>(sum), nullptr);
+  const internal::PieceRun<Unit> run(first);
+  if (run.Sum == 0) return self;  // also a null list
+  _AssignChainCore(&run, static_cast<int32_t>(run.Sum), nullptr);
   return self;
 }
 

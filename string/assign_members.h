@@ -14,6 +14,7 @@
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
 #include <ic/string/piece.h>
+#include <ic/string/piece_run.h>
 #include <ic/string/range.h>
 
 namespace ic {
@@ -127,8 +128,8 @@ class ICStringAssignMembers<BasicICString<Unit, Storage>> {
 
   /// The core of chain and piece assignment: room for `length` units without the old text,
   /// then either `written`'s text (a chain written out before) copied with its terminator, or
-  /// the pieces from `first` written; the length is stored.
-  void _AssignChainCore(const Piece* first, int32_t length, const Unit* written);
+  /// the run's pieces written; the length is stored.
+  void _AssignChainCore(const internal::PieceRun<Unit>* run, int32_t length, const Unit* written);
 
  private:
   Str& _AssignLinked(std::initializer_list<Piece*> pieces) {

@@ -19,6 +19,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/ic_string.h>
+#include <ic/string/move_units.h>
 #include <ic/string/write_steps.h>
 
 namespace ic {
@@ -47,13 +48,15 @@ struct ICStringBuilder {
       Count += length;
       return;
     }
-    const int32_t needed = Count + length;
-    if (needed <= Target->GetCapacity() && internal::IsWritableInPlace(*Target) &&
-        !internal::PointsInto(text, Target->GetText(), needed)) {
+    Str& target = *Target;
+    const int32_t count = Count;
+    const int32_t needed = count + length;
+    if (needed <= target.GetCapacity() && internal::IsWritableInPlace(target)) {
       // The common step of a long assembly: room is there, so copy, terminate, leave the
-      // length unmeasured.
-      Unit* const buffer = Target->_GetBuffer();
-      CopyUnits(buffer + Count, text, static_cast<size_t>(length));
+      // length unmeasured. The block stays where it is, so a text taken from the target itself
+      // is still readable: MoveUnits allows the overlap.
+      Unit* const buffer = target._GetBuffer();
+      MoveUnits(buffer + count, text, static_cast<size_t>(length));
       buffer[needed] = 0;
       internal::SetLengthWord(buffer, UnknownLength);
       Count = needed;

@@ -4,6 +4,7 @@
 
 #include <ic/number/number_format.h>
 #include <ic/platform/bounded_format.h>
+#include <ic/string/move_units.h>
 #include <ic/string/utf8.h>
 
 namespace ic {
@@ -27,59 +28,78 @@ float FloatFromBits(uint64_t value) noexcept {
   return f;
 }
 
+// Writes one piece of a kind other than text and returns the cursor behind it. Kept out of line
+// so that the loops over mostly-text lists stay small.
+template <class Unit>
+[[gnu::noinline]] Unit* WriteFormattedPiece(Unit* cursor,
+                                            const ICStringPieceT<Unit>& piece) noexcept {
+  const int32_t count = piece.Count;
+  switch (piece.Kind) {
+    case PieceText:
+      CopyUnits(cursor, piece._TextPointer(), static_cast<size_t>(count));
+      return cursor + count;
+    case PieceCodePoint:
+      if constexpr (sizeof(Unit) == 1) {
+        EncodeCodePoint(cursor, static_cast<uint32_t>(piece.Value));
+      } else {
+        *cursor++ = static_cast<Unit>(piece.Value & 0xffff);
+      }
+      return cursor;
+    case PieceFloat: {
+      Unit text[kFloatBufferUnits];
+      const int length = FormatFloat(text, FloatFromBits(piece.Value));
+      if (length < 0 || length > count) return cursor;
+      CopyUnits(cursor, text, static_cast<size_t>(length));
+      // A count larger than the text (set by hand) is filled with blanks.
+      for (int32_t i = length; i < count; ++i)
+        cursor[i] = Unit(' ');
+      return cursor + count;
+    }
+    case PieceSigned:
+      if (FormatNumber(cursor, count + 1, static_cast<long long>(piece.Value)) == 0)
+        return cursor + count;
+      return cursor;
+    case PieceUnsigned:
+      if (FormatNumber(cursor, count + 1, static_cast<unsigned long long>(piece.Value)) == 0)
+        return cursor + count;
+      return cursor;
+    case PiecePointer:
+      if (FormatPointer(cursor, count + 1, static_cast<uint32_t>(piece.Value)) == 0)
+        return cursor + count;
+      return cursor;
+    default:
+      return cursor;
+  }
+}
+
+// One piece: text, by far the most common, is copied before any dispatch on the other kinds.
+template <class Unit>
+inline Unit* WritePiece(Unit* cursor, const ICStringPieceT<Unit>& piece) noexcept {
+  const int32_t count = piece.Count;
+  if (count == 0) return cursor;
+  if (piece.Kind == PieceText) {
+    MoveUnits(cursor, piece._TextPointer(), static_cast<size_t>(count));
+    return cursor + count;
+  }
+  return WriteFormattedPiece(cursor, piece);
+}
+
 template <class Unit>
 Unit* WriteChainImpl(Unit* cursor, const ICStringPieceT<Unit>* piece) noexcept {
-  for (; piece != nullptr; piece = piece->Next) {
-    const int32_t count = piece->Count;
-    if (count == 0) continue;
-    // Text is by far the most common piece: copy it before dispatching on the other kinds.
-    if (piece->Kind == PieceText) {
-      std::memcpy(cursor, piece->_TextPointer(), static_cast<size_t>(count) * sizeof(Unit));
-      cursor += count;
-      continue;
-    }
-    switch (piece->Kind) {
-      case PieceText:
-        CopyUnits(cursor, piece->_TextPointer(), static_cast<size_t>(count));
-        cursor += count;
-        break;
-      case PieceCodePoint:
-        if constexpr (sizeof(Unit) == 1) {
-          EncodeCodePoint(cursor, static_cast<uint32_t>(piece->Value));
-        } else {
-          *cursor++ = static_cast<Unit>(piece->Value & 0xffff);
-        }
-        break;
-      case PieceFloat: {
-        Unit text[kFloatBufferUnits];
-        const int length = FormatFloat(text, FloatFromBits(piece->Value));
-        if (length >= 0 && length <= count) {
-          CopyUnits(cursor, text, static_cast<size_t>(length));
-          // A count larger than the text (set by hand) is filled with blanks.
-          for (int32_t i = length; i < count; ++i)
-            cursor[i] = Unit(' ');
-          cursor += count;
-        }
-        break;
-      }
-      case PieceSigned:
-        if (FormatNumber(cursor, count + 1, static_cast<long long>(piece->Value)) == 0)
-          cursor += count;
-        break;
-      case PieceUnsigned:
-        if (FormatNumber(cursor, count + 1, static_cast<unsigned long long>(piece->Value)) == 0)
-          cursor += count;
-        break;
-      case PiecePointer:
-        if (FormatPointer(cursor, count + 1, static_cast<uint32_t>(piece->Value)) == 0)
-          cursor += count;
-        break;
-      default:
-        break;
-    }
-  }
+  for (; piece != nullptr; piece = piece->Next)
+    cursor = WritePiece(cursor, *piece);
   *cursor = 0;
   return cursor;
+}
+
+template <class Unit>
+Unit* WritePieceRunImpl(Unit* cursor, const internal::PieceRun<Unit>& run) noexcept {
+  // The size is read once: the unit stores below may alias anything as far as the compiler
+  // knows.
+  const int size = run.Size;
+  for (int i = 0; i < size; ++i)
+    cursor = WritePiece(cursor, *run.Items[i]);
+  return WriteChainImpl(cursor, run.Rest);
 }
 
 }  // namespace
@@ -97,6 +117,15 @@ int32_t MeasureFloatPiece(float value, char16_t) noexcept {
 }
 }  // namespace internal
 
+namespace internal {
+char* WritePieceRun(char* cursor, const PieceRun<char>& run) noexcept {
+  return WritePieceRunImpl(cursor, run);
+}
+char16_t* WritePieceRun(char16_t* cursor, const PieceRun<char16_t>& run) noexcept {
+  return WritePieceRunImpl(cursor, run);
+}
+}  // namespace internal
+
 char* WriteChain(char* cursor, const ICStringPieceT<char>* first) noexcept {
   return WriteChainImpl(cursor, first);
 }
@@ -107,10 +136,11 @@ char16_t* WriteChain(char16_t* cursor, const ICStringPieceT<char16_t>* first) no
 template <class Unit>
 const Unit* ICStringChainT<Unit>::GetChainText() const {
   if (!Result._IsEmptyData()) return Result.GetText();
-  const int32_t sum = static_cast<int32_t>(SumPieces(First));
+  const internal::PieceRun<Unit> run(First);
+  const int32_t sum = static_cast<int32_t>(run.Sum);
   if (sum != 0) {
     if (sum > Result.GetCapacity()) Result._Reserve(sum, 0);
-    WriteChain(Result._GetBuffer(), First);
+    internal::WritePieceRun(Result._GetBuffer(), run);
     Result._SetStoredLength(sum);
   }
   if (Result._IsEmptyData()) {

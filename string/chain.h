@@ -12,6 +12,7 @@
 
 #include <ic/string/ic_string.h>
 #include <ic/string/piece.h>
+#include <ic/string/piece_run.h>
 
 namespace ic {
 
@@ -26,7 +27,8 @@ class ICStringChainT {
   Piece* Last;
   /// The built-in first piece.
   Piece Left;
-  /// The built-in second piece.
+  /// The built-in second piece; only a chain of two operands uses it (and Left too is unused
+  /// in a chain made of two chains).
   Piece Right;
   /// The written-out text; the empty data until a caller needs a text of the chain's own.
   mutable ICStringUniqueT<Unit> Result;
@@ -39,20 +41,23 @@ class ICStringChainT {
     Last = &Right;
   }
   /// A longer expression: the new piece is linked behind the head chain's last piece.
-  ICStringChainT(ICStringChainT& head, const Piece& tail) noexcept : Left(tail) {
+  ICStringChainT(ICStringChainT& head, const Piece& tail) noexcept
+      : Left(tail), Right(typename Piece::UnsetTag{}) {
     Left.Next = nullptr;
     head.Last->Next = &Left;
     First = head.First;
     Last = &Left;
   }
   /// A piece in front of a chain.
-  ICStringChainT(const Piece& head, ICStringChainT& tail) noexcept : Left(head) {
+  ICStringChainT(const Piece& head, ICStringChainT& tail) noexcept
+      : Left(head), Right(typename Piece::UnsetTag{}) {
     Left.Next = tail.First;
     First = &Left;
     Last = tail.Last;
   }
   /// Two chains, one behind the other.
-  ICStringChainT(ICStringChainT& head, ICStringChainT& tail) noexcept {
+  ICStringChainT(ICStringChainT& head, ICStringChainT& tail) noexcept
+      : Left(typename Piece::UnsetTag{}), Right(typename Piece::UnsetTag{}) {
     head.Last->Next = tail.First;
     First = head.First;
     Last = tail.Last;
@@ -77,18 +82,37 @@ class ICStringChainT {
   /// cannot overwrite a piece before it is read.
   template <class Storage>
   void _GuardChain(const BasicICString<Unit, Storage>* target) const {
-    // Nothing can be overwritten in a target without a block of its own.
-    if (target == nullptr || !Result._IsEmptyData() || target->_IsEmptyData()) return;
-    const Unit* const begin = target->GetText();
-    const Unit* const end = begin + target->GetCapacity();
-    for (const Piece* p = First; p; p = p->Next) {
-      if (p->Kind != PieceText) continue;
-      const Unit* text = p->_TextPointer();
-      if (text >= begin && text <= end) {
-        Result.AssignPieces(First);
-        return;
+    if (!Result._IsEmptyData()) return;
+    internal::PieceRun<Unit> run(First);
+    _GuardRun(target, run);
+  }
+
+  /// Reads the chain for a write into `target` (null: none): gathers the pieces into `run`,
+  /// guards as _GuardChain does, and stores the chain's length in `length`. Returns Result's
+  /// text when the chain has been written out, to be copied with its terminator; else null, and
+  /// `run` holds the pieces to write.
+  template <class Storage>
+  const Unit* _ReadForWrite(const BasicICString<Unit, Storage>* target,
+                            internal::PieceRun<Unit>& run, int32_t& length) const {
+    if (Result._IsEmptyData()) {
+      run.Gather(First);
+      _GuardRun(target, run);
+      if (Result._IsEmptyData()) {
+        length = static_cast<int32_t>(run.Sum);
+        return nullptr;
       }
     }
+    length = Result.GetLength();
+    return Result.GetText();
+  }
+
+ private:
+  template <class Storage>
+  void _GuardRun(const BasicICString<Unit, Storage>* target,
+                 const internal::PieceRun<Unit>& run) const {
+    // Nothing can be overwritten in a target without a block of its own.
+    if (target == nullptr || target->_IsEmptyData()) return;
+    if (run.AnyTextWithin(target->GetText(), target->GetCapacity())) Result.AssignPieces(First);
   }
 };
 

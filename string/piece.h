@@ -34,16 +34,22 @@ IC_API int32_t MeasureFloatPiece(float value, char16_t) noexcept;
 template <class Unit>
 struct ICStringPieceT {
   /// Units that this piece writes; a piece with Count 0 is skipped.
-  int32_t Count = 0;
+  int32_t Count;
   /// The next piece, or null.
-  ICStringPieceT* Next = nullptr;
+  ICStringPieceT* Next;
   /// An ICStringPieceKind; any other value is skipped.
-  uint32_t Kind = 0;
+  uint32_t Kind;
   /// The value, as Kind says.
-  uint64_t Value = 0;
+  uint64_t Value;
 
   /// An empty piece: writes nothing.
-  constexpr ICStringPieceT() noexcept = default;
+  constexpr ICStringPieceT() noexcept : Count(0), Next(nullptr), Kind(0), Value(0) {}
+
+  /// A piece whose fields are left unset, for a slot that is filled or linked later (a chain's
+  /// second built-in piece when the chain adds a single piece). Reading it before then is an
+  /// error.
+  struct UnsetTag {};
+  explicit ICStringPieceT(UnsetTag) noexcept {}
 
   /// @name Text pieces (Kind 1)
   /// @{
@@ -78,6 +84,7 @@ struct ICStringPieceT {
 
   /// A 32-bit float (Kind 3), written as "%10.2f" writes it: '      3.50'.
   ICStringPieceT(float value) noexcept {
+    Next = nullptr;
     Kind = PieceFloat;
     uint32_t bits;
     std::memcpy(&bits, &value, sizeof bits);
@@ -125,11 +132,13 @@ struct ICStringPieceT {
     return static_cast<int32_t>(std::char_traits<Unit>::length(text));
   }
   void _SetText(const Unit* text, int32_t count) noexcept {
+    Next = nullptr;
     Kind = PieceText;
     Value = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(text));
     Count = count;
   }
   void _SetCodePoint(uint32_t codePoint) noexcept {
+    Next = nullptr;
     Kind = PieceCodePoint;
     Value = codePoint;
     if (codePoint == 0)
@@ -140,11 +149,13 @@ struct ICStringPieceT {
       Count = 1;
   }
   void _SetSigned(long long v) noexcept {
+    Next = nullptr;
     Kind = PieceSigned;
     Value = static_cast<uint64_t>(v);
     Count = FormatNumber(static_cast<Unit*>(nullptr), 0, v) - 1;
   }
   void _SetUnsigned(unsigned long long v) noexcept {
+    Next = nullptr;
     Kind = PieceUnsigned;
     Value = v;
     Count = FormatNumber(static_cast<Unit*>(nullptr), 0, v) - 1;

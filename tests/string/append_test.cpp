@@ -228,6 +228,32 @@ TEST(Builder, SharedTargetDetaches) {
   EXPECT_EQ(TextOf(b), "aZ");
 }
 
+// The target's own text added while there is room: the block stays, so the source is read in
+// place, at each of the copy sizes.
+TEST(Builder, AddsTheTargetsOwnTextWithoutGrowing) {
+  ICStringUnique s;
+  s._Reserve(100, 0);
+  ICStringBuilder<ICStringUnique> b{&s, 0, 0, true};
+  b.Add("abcdefghij");
+  const char* block = s.GetText();
+  b.Add(s.GetText(), 10);
+  b.Add(s.GetText() + 15, 5);
+  b.Add(s.GetText(), 25);
+  b.Add(s.GetText(), 50);
+  EXPECT_EQ(b.Count, 100);
+  EXPECT_EQ(s.GetText(), block);
+  const std::string a = "abcdefghijabcdefghijfghij";
+  EXPECT_EQ(TextOf(s), a + a + a + a);
+}
+
+TEST(Builder, AddsTheTargetsOwnTextWhileGrowing) {
+  ICStringUnique s("0123456789");
+  ICStringBuilder<ICStringUnique> b{&s, s.GetLength(), 0, true};
+  b.Add(s.GetText(), 10);  // capacity 10: grows while reading from the old block
+  EXPECT_EQ(s.GetCapacity(), 1024);
+  EXPECT_EQ(TextOf(s), "01234567890123456789");
+}
+
 // --- Join ------------------------------------------------------------------------------------
 
 TYPED_TEST(AppendAnyShape, JoinAllocatesOnceAndExactly) {
