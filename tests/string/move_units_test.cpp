@@ -27,7 +27,7 @@ void CheckSeparate() {
   for (size_t n = 0; n <= kMaxBytes / sizeof(Unit); ++n) {
     for (size_t from = 0; from < 4; ++from) {
       for (size_t to = 0; to < 4; ++to) {
-        const std::vector<Unit> source = Pattern<Unit>(kMaxBytes);
+        const std::vector<Unit> source = Pattern<Unit>(kMaxBytes + 4);
         std::vector<Unit> ours(kArena, Unit(0x5a));
         std::vector<Unit> expected = ours;
         MoveUnits(ours.data() + to + 8, source.data() + from, n);
