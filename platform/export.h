@@ -15,3 +15,10 @@
 #else
 #define IC_API __attribute__((visibility("default")))
 #endif
+
+// Keeps a rarely taken path out of its caller, so that the caller's hot loop stays small.
+#if defined(_MSC_VER)
+#define IC_NOINLINE __declspec(noinline)
+#else
+#define IC_NOINLINE __attribute__((noinline))
+#endif

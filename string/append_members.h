@@ -161,13 +161,7 @@ class ICStringAppendMembers<BasicICString<Unit, Storage>> {
 
  private:
   Str& _AppendLinked(std::initializer_list<Piece*> pieces) {
-    Piece* previous = nullptr;
-    for (Piece* p : pieces) {
-      if (previous) previous->Next = p;
-      previous = p;
-    }
-    previous->Next = nullptr;
-    return AppendPieces(*pieces.begin());
+    return AppendPieces(LinkPieces(pieces));
   }
 };
 

@@ -133,13 +133,7 @@ class ICStringAssignMembers<BasicICString<Unit, Storage>> {
 
  private:
   Str& _AssignLinked(std::initializer_list<Piece*> pieces) {
-    Piece* previous = nullptr;
-    for (Piece* p : pieces) {
-      if (previous) previous->Next = p;
-      previous = p;
-    }
-    previous->Next = nullptr;
-    return AssignPieces(*pieces.begin());
+    return AssignPieces(LinkPieces(pieces));
   }
 };
 

@@ -4,6 +4,7 @@
 
 #include <ic/number/number_format.h>
 #include <ic/platform/bounded_format.h>
+#include <ic/platform/export.h>
 #include <ic/string/move_units.h>
 #include <ic/string/utf8.h>
 
@@ -28,16 +29,12 @@ float FloatFromBits(uint64_t value) noexcept {
   return f;
 }
 
-// Writes one piece of a kind other than text and returns the cursor behind it. Kept out of line
-// so that the loops over mostly-text lists stay small.
+// Writes one piece of a kind other than text, which WritePiece copies itself, and returns the
+// cursor behind it. Kept out of line so that the loops over mostly-text lists stay small.
 template <class Unit>
-[[gnu::noinline]] Unit* WriteFormattedPiece(Unit* cursor,
-                                            const ICStringPieceT<Unit>& piece) noexcept {
+IC_NOINLINE Unit* WriteFormattedPiece(Unit* cursor, const ICStringPieceT<Unit>& piece) noexcept {
   const int32_t count = piece.Count;
   switch (piece.Kind) {
-    case PieceText:
-      CopyUnits(cursor, piece._TextPointer(), static_cast<size_t>(count));
-      return cursor + count;
     case PieceCodePoint:
       if constexpr (sizeof(Unit) == 1) {
         EncodeCodePoint(cursor, static_cast<uint32_t>(piece.Value));

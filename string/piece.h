@@ -6,6 +6,7 @@
 #include <concepts>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <string>
 #include <type_traits>
 
@@ -171,6 +172,19 @@ using ICStringPieceW = ICStringPieceT<char16_t>;  ///< a piece of a UTF-16 conca
 /// is no capacity check: the caller has made room for the sum of the counts and a terminator.
 IC_API char* WriteChain(char* cursor, const ICStringPieceT<char>* first) noexcept;
 IC_API char16_t* WriteChain(char16_t* cursor, const ICStringPieceT<char16_t>* first) noexcept;
+
+/// Links the pieces in the order given, the last with Next null, and returns the first.
+template <class Unit>
+inline ICStringPieceT<Unit>* LinkPieces(
+    std::initializer_list<ICStringPieceT<Unit>*> pieces) noexcept {
+  ICStringPieceT<Unit>* previous = nullptr;
+  for (ICStringPieceT<Unit>* p : pieces) {
+    if (previous) previous->Next = p;
+    previous = p;
+  }
+  if (previous) previous->Next = nullptr;
+  return pieces.size() ? *pieces.begin() : nullptr;
+}
 
 /// The sum of the pieces' Count from `first` on.
 template <class Unit>
