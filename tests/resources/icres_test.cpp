@@ -210,7 +210,7 @@ TEST(IcresTest, BadUsage) {
   ExpectFault({"show", "gui", "msg"}, "show takes one catalogue name");
   ExpectFault({"get", "gui"}, "get takes a catalogue name and a key");
   ExpectFault({"list", "extra"}, "list takes no arguments");
-  ExpectFault({"--json", "list"}, "--json goes with dump only");
+  ExpectFault({"--json", "list"}, "--json goes with dump and check only");
   ExpectFault({"--verbose", "list"}, "unknown option --verbose");
   ExpectFault({"list", "--module"}, "--module needs a value");
   ExpectFault({"--lang", "", "list"}, "--lang needs a language code");

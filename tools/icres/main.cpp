@@ -7,10 +7,12 @@
 //   icres [--module PATH] [--lang CODE] get CATALOGUE KEY [name=value ...]
 //   icres [--module PATH] [--lang CODE] dump [--json]
 //   icres [--module PATH] [--lang CODE] language
+//   icres check SOURCE.xml --ref REFERENCE.xml [--json]
 //
 // Exit status: 0 on success; 2 with one line on standard error for a module that does not
 // load, an unknown catalogue or key, a parameter without a value or a value without a
-// parameter, and a wrong command line.
+// parameter, a catalogue source that cannot be read, and a wrong command line. check exits
+// with 1 when it finds an error (warnings alone give 0).
 #include <cstdio>
 #include <map>
 #include <optional>
@@ -18,6 +20,7 @@
 #include <string_view>
 #include <vector>
 
+#include "catalogue_check.h"
 #include "language_module.h"
 #include "output_format.h"
 #include "substitute.h"
@@ -29,6 +32,7 @@ using ic::icres::LanguageModule;
 using ic::resources::ResourceStringLibrary;
 
 constexpr int kExitFault = 2;
+constexpr int kExitFindings = 1;
 
 constexpr std::string_view kUsage =
     "usage: icres [--module PATH] [--lang CODE] COMMAND [ARGUMENTS]\n"
@@ -39,12 +43,16 @@ constexpr std::string_view kUsage =
     "  get CATALOGUE KEY [name=value ...] one message with its {name} parameters substituted\n"
     "  dump [--json]                      every row of every catalogue\n"
     "  language                           the module's current language\n"
+    "  check SOURCE.xml --ref REFERENCE.xml\n"
+    "                                     compare a translated catalogue source with its\n"
+    "                                     reference; findings as FILE(LINE): error|warning\n"
     "\n"
     "options:\n"
     "  --module PATH   the language module to load (default: " ICRES_DEFAULT_MODULE
     ")\n"
     "  --lang CODE     set the module's language first\n"
-    "  --json          with dump: one JSON document\n"
+    "  --ref FILE      with check: the reference catalogue source\n"
+    "  --json          with dump and check: one JSON document\n"
     "  --help          print this text\n"
     "\n"
     "In show and dump, backslash, line feed, carriage return and tab are written \\\\, \\n, \\r\n"
@@ -53,6 +61,7 @@ constexpr std::string_view kUsage =
 struct Options {
   std::string module = ICRES_DEFAULT_MODULE;
   std::optional<std::string> language;
+  std::optional<std::string> reference;
   bool json = false;
   bool help = false;
   std::vector<std::string> words;  // the command and its arguments
@@ -107,6 +116,11 @@ std::optional<std::string> ParseCommandLine(int argc, char** argv, Options& opti
       if (auto fault = value(code)) return fault;
       if (code.empty()) return std::string("--lang needs a language code");
       options.language = code;
+    } else if (arg == "--ref") {
+      std::string path;
+      if (auto fault = value(path)) return fault;
+      if (path.empty()) return std::string("--ref needs a path");
+      options.reference = path;
     } else if (arg == "--json") {
       if (inlineValue) return std::string("--json takes no value");
       options.json = true;
@@ -241,18 +255,32 @@ int Language(const LanguageModule& module) {
   return 0;
 }
 
+// Compares a catalogue source with its reference; loads no module.
+int Check(const std::string& source, const std::string& reference, bool json) {
+  const ic::icres::CheckResult result = ic::icres::CheckCatalogue(source, reference);
+  if (!result.Readable) return Fault(result.Fault);
+  Print(json ? ic::icres::FindingsJson(result) : ic::icres::FindingsText(result.Findings));
+  return result.Errors() > 0 ? kExitFindings : 0;
+}
+
 // Checks the number of arguments of a command before anything is loaded.
 std::optional<std::string> CheckArguments(const Options& options) {
   if (options.words.empty()) return std::string("no command given");
   const std::string& command = options.words[0];
   const size_t arguments = options.words.size() - 1;
-  if (options.json && command != "dump") return std::string("--json goes with dump only");
+  if (options.json && command != "dump" && command != "check") {
+    return std::string("--json goes with dump and check only");
+  }
+  if (options.reference && command != "check") return std::string("--ref goes with check only");
   if (command == "list" || command == "dump" || command == "language") {
     if (arguments != 0) return command + " takes no arguments";
   } else if (command == "show") {
     if (arguments != 1) return std::string("show takes one catalogue name");
   } else if (command == "get") {
     if (arguments < 2) return std::string("get takes a catalogue name and a key");
+  } else if (command == "check") {
+    if (arguments != 1) return std::string("check takes one catalogue source");
+    if (!options.reference) return std::string("check needs --ref REFERENCE.xml");
   } else {
     return "unknown command " + Quoted(command);
   }
@@ -267,6 +295,7 @@ int Run(int argc, char** argv) {
     return 0;
   }
   if (auto fault = CheckArguments(options)) return UsageFault(*fault);
+  if (options.words[0] == "check") return Check(options.words[1], *options.reference, options.json);
 
   std::string error;
   const std::unique_ptr<LanguageModule> module = LanguageModule::Load(options.module, error);

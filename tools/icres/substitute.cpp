@@ -1,50 +1,27 @@
-// Parameter substitution: one scanner walks the text, and both the listing and the
-// substitution are built on it.
+// Parameter substitution: the message scanner that hosts use walks the text, and both the
+// listing and the substitution are built on it.
 #include "substitute.h"
 
 #include <algorithm>
+
+#include <ic/resources/internal/message_scan.h>
 
 namespace ic::icres {
 
 namespace {
 
-bool IsNameChar(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-         c == '.';
-}
+using ic::internal::MessagePiece;
 
-// Length of the parameter that opens at text[at] ("{name}"), or 0 if none opens there.
-size_t ParameterLength(std::string_view text, size_t at) {
-  if (text[at] != '{') return 0;
-  size_t end = at + 1;
-  while (end < text.size() && IsNameChar(text[end]))
-    ++end;
-  if (end == at + 1 || end >= text.size() || text[end] != '}') return 0;
-  return end + 1 - at;
-}
-
-// Calls literal(piece) for runs of literal text and parameter(name) for each parameter.
+// Calls literal(piece) for the text to show as it stands and parameter(name) for each parameter.
 template <class Literal, class Parameter>
 void Scan(std::string_view text, Literal literal, Parameter parameter) {
-  size_t runStart = 0;
-  size_t i = 0;
-  while (i < text.size()) {
-    if (text[i] == '\\' && i + 1 < text.size() && (text[i + 1] == '{' || text[i + 1] == '}')) {
-      literal(text.substr(runStart, i - runStart));
-      runStart = i + 1;  // the brace itself starts the next run
-      i += 2;
-      continue;
+  ic::internal::ScanMessage(text, [&](MessagePiece kind, std::string_view span) {
+    if (kind == MessagePiece::Parameter) {
+      parameter(ic::internal::ParameterName(span));
+    } else {
+      literal(kind == MessagePiece::EscapedBrace ? span.substr(1) : span);
     }
-    if (const size_t length = ParameterLength(text, i)) {
-      literal(text.substr(runStart, i - runStart));
-      parameter(text.substr(i + 1, length - 2));
-      i += length;
-      runStart = i;
-      continue;
-    }
-    ++i;
-  }
-  literal(text.substr(runStart));
+  });
 }
 
 }  // namespace

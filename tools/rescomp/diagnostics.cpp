@@ -4,6 +4,15 @@
 
 namespace ic::rescomp {
 
+std::string Quote(std::string_view text) {
+  std::string out;
+  out.reserve(text.size() + 2);
+  out += '\'';
+  out += text;
+  out += '\'';
+  return out;
+}
+
 std::string FormatDiagnostic(const Diagnostic& diagnostic) {
   std::string out = diagnostic.file;
   if (diagnostic.line > 0) {

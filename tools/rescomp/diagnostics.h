@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ic::rescomp {
@@ -14,6 +15,9 @@ struct Diagnostic {
   long line = 0;     // 1-based; 0 when the fault has no line
   std::string message;
 };
+
+// `text` between single quotes, as names stand in messages.
+std::string Quote(std::string_view text);
 
 // Formats a diagnostic as one line without the line end: "FILE(LINE): error: MESSAGE", or
 // "FILE: error: MESSAGE" when it has no line; "warning" for a warning.

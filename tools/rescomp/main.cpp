@@ -1,7 +1,9 @@
 // rescomp: the resource string compiler. Turns one module of a catalogue source (XML) into a
 // C++ header and source holding the module's keys and texts as constant UTF-16 tables.
 //
-//   rescomp --module NAME --out-cpp FILE.cpp --out-h FILE.h [--depfile FILE.d] SOURCE.xml
+//   rescomp --module NAME --out-cpp FILE.cpp --out-h FILE.h [--pseudo] [--depfile FILE.d]
+//           SOURCE.xml
+//   rescomp --module NAME --out-keys FILE.h [--depfile FILE.d] SOURCE.xml
 //   rescomp --list SOURCE.xml
 //
 // Faults go to standard error as "FILE(LINE): error: MESSAGE". Exit status: 0 on success
@@ -16,7 +18,9 @@
 #include <vector>
 
 #include "diagnostics.h"
+#include "key_header_writer.h"
 #include "output_files.h"
+#include "pseudo_locale.h"
 #include "source_reader.h"
 #include "table_writer.h"
 
@@ -29,13 +33,18 @@ constexpr int kExitError = 1;
 constexpr int kExitUsage = 2;
 
 constexpr std::string_view kUsage =
-    "usage: rescomp --module NAME --out-cpp FILE.cpp --out-h FILE.h [--depfile FILE.d] "
-    "SOURCE.xml\n"
+    "usage: rescomp --module NAME --out-cpp FILE.cpp --out-h FILE.h [--pseudo] "
+    "[--depfile FILE.d] SOURCE.xml\n"
+    "       rescomp --module NAME --out-keys FILE.h [--depfile FILE.d] SOURCE.xml\n"
     "       rescomp --list SOURCE.xml\n"
     "\n"
     "  --module NAME     the module of SOURCE.xml (or of a file it includes) to compile\n"
     "  --out-cpp FILE    the C++ source to write, with the module's tables\n"
     "  --out-h FILE      the C++ header to write, which declares the module's catalogue\n"
+    "  --pseudo          write the pseudo-locale of the texts: marked, lengthened by 30 %,\n"
+    "                    Latin letters accented, parameters and escapes as they are\n"
+    "  --out-keys FILE   the key header to write: a compile-time constant per key, with its\n"
+    "                    parameter names, in namespace ic::msg::NAME\n"
     "  --depfile FILE    also write a make-style dependency file naming every source read\n"
     "  --list            check SOURCE.xml and print the names of its modules, one a line\n"
     "  --help            print this text\n";
@@ -44,9 +53,11 @@ struct Options {
   std::string module;
   std::string outCpp;
   std::string outH;
+  std::string outKeys;
   std::string depfile;
   std::string source;
   bool list = false;
+  bool pseudo = false;
 };
 
 int Usage(std::string_view problem) {
@@ -77,6 +88,11 @@ std::optional<int> ParseOptions(int argc, char** argv, Options& options) {
       options.list = true;
       continue;
     }
+    if (arg == "--pseudo") {
+      if (inlineValue) return Usage("--pseudo takes no value");
+      options.pseudo = true;
+      continue;
+    }
     std::string* target = nullptr;
     if (arg == "--module") {
       target = &options.module;
@@ -84,6 +100,8 @@ std::optional<int> ParseOptions(int argc, char** argv, Options& options) {
       target = &options.outCpp;
     } else if (arg == "--out-h") {
       target = &options.outH;
+    } else if (arg == "--out-keys") {
+      target = &options.outKeys;
     } else if (arg == "--depfile") {
       target = &options.depfile;
     }
@@ -104,15 +122,19 @@ std::optional<int> ParseOptions(int argc, char** argv, Options& options) {
   if (!haveSource) return Usage("no source file given");
   if (options.list) {
     if (!options.module.empty() || !options.outCpp.empty() || !options.outH.empty() ||
-        !options.depfile.empty()) {
+        !options.outKeys.empty() || !options.depfile.empty() || options.pseudo) {
       return Usage("--list takes no other option");
     }
     return std::nullopt;
   }
   if (options.module.empty()) return Usage("--module or --list is required");
-  if (options.outCpp.empty() || options.outH.empty()) {
-    return Usage("--out-cpp and --out-h are required with --module");
+  if (options.outCpp.empty() != options.outH.empty()) {
+    return Usage("--out-cpp and --out-h go together");
   }
+  if (options.outCpp.empty() && options.outKeys.empty()) {
+    return Usage("--out-cpp and --out-h, or --out-keys, are required with --module");
+  }
+  if (options.pseudo && options.outCpp.empty()) return Usage("--pseudo goes with --out-cpp");
   return std::nullopt;
 }
 
@@ -170,19 +192,35 @@ int main(int argc, char** argv) {
     return kExitError;
   }
 
-  const std::string headerInclude = HeaderInclude(options);
-  if (headerInclude.find_first_of("\"\r\n") != std::string::npos) {
-    return Usage(
-        "the header path cannot be written in an #include: it holds '\"' or a line "
-        "break");
-  }
   const std::string sourceName = fs::path(options.source).filename().string();
-
   OutputFiles outputs;
-  outputs.Add(options.outH, GenerateHeader(*module, sourceName));
-  outputs.Add(options.outCpp, GenerateSource(*module, sourceName, headerInclude));
+  if (!options.outCpp.empty()) {
+    const std::string headerInclude = HeaderInclude(options);
+    if (headerInclude.find_first_of("\"\r\n") != std::string::npos) {
+      return Usage(
+          "the header path cannot be written in an #include: it holds '\"' or a line "
+          "break");
+    }
+    Module tables = *module;
+    if (options.pseudo) {
+      for (ResourceString& string : tables.strings)
+        string.text = PseudoLocalise(string.text);
+    }
+    outputs.Add(options.outH, GenerateHeader(tables, sourceName));
+    outputs.Add(options.outCpp, GenerateSource(tables, sourceName, headerInclude));
+  }
+  if (!options.outKeys.empty()) {
+    std::vector<std::string> faults;
+    std::string keys = GenerateKeyHeader(*module, sourceName, faults);
+    for (const std::string& fault : faults) {
+      std::cerr << FormatDiagnostic({Severity::kError, module->file, module->line, fault}) << '\n';
+    }
+    if (!faults.empty()) return kExitError;
+    outputs.Add(options.outKeys, std::move(keys));
+  }
   if (!options.depfile.empty()) {
-    std::string depfile = DepfilePath(options.outCpp) + ":";
+    std::string depfile =
+        DepfilePath(options.outCpp.empty() ? options.outKeys : options.outCpp) + ":";
     for (const std::string& file : catalogue.files)
       depfile += " " + DepfilePath(file);
     outputs.Add(options.depfile, depfile + "\n");

@@ -42,15 +42,6 @@ fs::path CanonicalOrAbsolute(const std::string& path) {
   return canonical;
 }
 
-std::string Quote(std::string_view text) {
-  std::string out;
-  out.reserve(text.size() + 2);
-  out += '\'';
-  out += text;
-  out += '\'';
-  return out;
-}
-
 bool IsXmlSpace(char c) {
   return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
@@ -73,6 +64,7 @@ struct Frame {
 struct ReaderState {
   Catalogue& catalogue;
   Diagnostics& diagnostics;
+  ReadOptions options;
   std::vector<fs::path> openFiles;                 // files being read, for include cycles
   std::map<std::string, std::string> moduleSites;  // module name -> "file(line)" of its definition
 };
@@ -94,9 +86,11 @@ class FileReader {
     XML_SetCharacterDataHandler(parser_, &FileReader::OnText);
     if (bytes.size() > static_cast<std::size_t>(INT_MAX)) {
       Error(0, "the file is too large");
+      state_.catalogue.complete = false;
     } else if (XML_Parse(parser_, bytes.data(), static_cast<int>(bytes.size()), XML_TRUE) ==
                XML_STATUS_ERROR) {
       Error(Line(), std::string("XML error: ") + XML_ErrorString(XML_GetErrorCode(parser_)));
+      state_.catalogue.complete = false;
     }
     XML_ParserFree(parser_);
     parser_ = nullptr;
@@ -326,11 +320,14 @@ class FileReader {
     DecodedText decoded = DecodeEscapes(*source);
     for (const std::string& fault : decoded.faults)
       Error(string.line, what + ": " + fault);
-    for (const std::string& fault : CheckParameters(
-             decoded.text, module_->hasParams ? &module_->params : nullptr, module_->name)) {
+    const bool declared = module_->hasParams && state_.options.checkDeclaredParameters;
+    for (const std::string& fault :
+         CheckParameters(decoded.text, declared ? &module_->params : nullptr, module_->name)) {
       Error(string.line, what + ": " + fault);
     }
-    if (LooksEmpty(decoded.text)) Warning(string.line, what + " seems to be empty");
+    if (state_.options.warnEmpty && LooksEmpty(decoded.text)) {
+      Warning(string.line, what + " seems to be empty");
+    }
     if (string.keep) {
       module_->strings.push_back({string.name, ToUtf16(decoded.text), string.line});
     }
@@ -372,6 +369,7 @@ void FileReader::Include(long line, const XML_Char** attributes) {
   const auto bytes = ReadFileBytes(path);
   if (!bytes) {
     Error(line, "cannot open the included file " + Quote(path));
+    state_.catalogue.complete = false;
     return;
   }
   state_.catalogue.files.push_back(path);
@@ -389,15 +387,17 @@ const Module* Catalogue::Find(std::string_view name) const {
   return nullptr;
 }
 
-Catalogue ReadCatalogue(const std::string& path, Diagnostics& diagnostics) {
+Catalogue ReadCatalogue(const std::string& path, Diagnostics& diagnostics,
+                        const ReadOptions& options) {
   Catalogue catalogue;
   const auto bytes = ReadFileBytes(path);
   if (!bytes) {
     diagnostics.Error(path, 0, "cannot open the file");
+    catalogue.complete = false;
     return catalogue;
   }
   catalogue.files.push_back(path);
-  ReaderState state{catalogue, diagnostics, {CanonicalOrAbsolute(path)}, {}};
+  ReaderState state{catalogue, diagnostics, options, {CanonicalOrAbsolute(path)}, {}};
   FileReader(state, path).Parse(*bytes);
   return catalogue;
 }

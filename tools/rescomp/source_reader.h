@@ -35,14 +35,22 @@ struct Module {
 struct Catalogue {
   std::vector<Module> modules;     // in source order, included modules at their Include
   std::vector<std::string> files;  // every file read: the source first, then its includes
+  bool complete = true;            // false when a file could not be opened or is not XML
 
   // The module of that name, or null.
   const Module* Find(std::string_view name) const;
 };
 
+// Which of the reader's own checks of the texts run.
+struct ReadOptions {
+  bool warnEmpty = true;                // a text that is empty or blank is worth a warning
+  bool checkDeclaredParameters = true;  // a parameter outside the module's 'params' is an error
+};
+
 // Reads `path` and the files it includes. Faults go to `diagnostics`, with file names as
 // they are reached from `path`. Modules and strings with faults in their names are left out
 // of the result.
-Catalogue ReadCatalogue(const std::string& path, Diagnostics& diagnostics);
+Catalogue ReadCatalogue(const std::string& path, Diagnostics& diagnostics,
+                        const ReadOptions& options = {});
 
 }  // namespace ic::rescomp

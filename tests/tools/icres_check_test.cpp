@@ -1,0 +1,208 @@
+// icres check, run as a translator runs it: the shipped sources against themselves, a good
+// translation and its broken copies against their reference (one finding each), JSON, and bad
+// input.
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "json.h"
+#include "module_paths.h"
+#include "process.h"
+
+namespace {
+
+using ic::test::ProcessResult;
+
+const std::string kData = IC_CHECK_DATA_DIR;
+
+ProcessResult Check(const std::vector<std::string>& arguments) {
+  std::vector<std::string> all = {"check"};
+  all.insert(all.end(), arguments.begin(), arguments.end());
+  return ic::test::RunProcess(IC_TEST_ICRES_PATH, all);
+}
+
+ProcessResult CheckData(const std::string& file, const std::string& reference = "reference.xml") {
+  return Check({kData + "/" + file, "--ref", kData + "/" + reference});
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  size_t start = 0;
+  while (start < text.size()) {
+    size_t end = text.find('\n', start);
+    if (end == std::string::npos) end = text.size();
+    lines.push_back(text.substr(start, end - start));
+    start = end + 1;
+  }
+  return lines;
+}
+
+TEST(IcresCheckTest, ShippedSourcesAgainstThemselvesHaveNoFinding) {
+  for (const char* name : {"Scintilla", "core", "cryptography", "dispatch", "gui", "icgui", "msg",
+                           "os", "pkg", "regex", "res", "xml", "xsdt"}) {
+    const std::string path = std::string(ic::test::CatalogueSourceDir) + "/" + name + ".xml";
+    const ProcessResult result = Check({path, "--ref", path});
+    EXPECT_EQ(result.Status, 0) << name << ": " << result.Err;
+    EXPECT_EQ(result.Out, "") << name;
+    EXPECT_EQ(result.Err, "") << name;
+  }
+}
+
+TEST(IcresCheckTest, GoodTranslationHasNoFinding) {
+  const ProcessResult result = CheckData("translation.xml");
+  EXPECT_EQ(result.Status, 0) << result.Err;
+  EXPECT_EQ(result.Out, "");
+  const ProcessResult reference = CheckData("reference.xml");
+  EXPECT_EQ(reference.Status, 0);
+  EXPECT_EQ(reference.Out, "");
+}
+
+struct BrokenCopy {
+  const char* File;
+  const char* Reference;  // the reference it is checked against
+  int Line;
+  const char* Severity;
+  const char* Message;
+};
+
+// Each broken copy of translation.xml has exactly one finding.
+TEST(IcresCheckTest, EachBrokenCopyHasItsOneFinding) {
+  const BrokenCopy copies[] = {
+      {"missing_key.xml", "reference.xml", 3, "error", "the key 'colour' of the reference ("},
+      {"extra_key.xml", "reference.xml", 13, "error",
+       "the key 'extra_row' is not in the reference"},
+      {"parameter_missing.xml", "reference.xml", 4, "error",
+       "'greeting': the parameter {user} is missing: the reference uses it once"},
+      {"parameter_extra.xml", "reference.xml", 12, "error",
+       "'status': the parameter {user} is not in the reference"},
+      {"parameter_count.xml", "reference.xml", 7, "error",
+       "'duplicate': the parameter {tag} is used once, the reference uses it 2 times"},
+      {"unbalanced_brace.xml", "reference.xml", 5, "error", "unmatched opening brace '{'"},
+      {"hint_gained.xml", "reference.xml", 8, "error",
+       "'sample_hint': the _hint row gained the parameter {user}"},
+      {"no_uri_twin.xml", "no_uri_twin.xml", 6, "error",
+       "'file_missing_no_uri': the _no_uri row is not its twin 'file_missing' without {uri}: "
+       "{uri} once here, never in the twin"},
+      {"empty_text.xml", "reference.xml", 10, "error", "'colour': the text is empty"},
+      {"identical_text.xml", "reference.xml", 10, "warning",
+       "'colour': the text is identical to the reference"},
+      {"trailing_blank.xml", "reference.xml", 9, "error",
+       "'line_label': trailing blanks differ from the reference: none here, U+0020 there"},
+      {"leading_blank.xml", "reference.xml", 12, "error",
+       "'status': leading blanks differ from the reference: U+0020 here, none there"},
+      {"mixed_punctuation.xml", "reference.xml", 12, "warning",
+       "'status': full-width and half-width punctuation mixed"},
+      {"bidi_control.xml", "reference.xml", 10, "error",
+       "'colour': bidirectional control character U+202E at position 1"},
+      {"invisible_character.xml", "reference.xml", 10, "error",
+       "'colour': invisible character U+200B at position 1"},
+  };
+  for (const BrokenCopy& copy : copies) {
+    SCOPED_TRACE(copy.File);
+    const ProcessResult result = CheckData(copy.File, copy.Reference);
+    EXPECT_EQ(result.Status, std::string(copy.Severity) == "error" ? 1 : 0) << result.Err;
+    EXPECT_EQ(result.Err, "");
+    const std::vector<std::string> lines = Lines(result.Out);
+    ASSERT_EQ(lines.size(), 1u) << result.Out;
+    const std::string prefix =
+        kData + "/" + copy.File + "(" + std::to_string(copy.Line) + "): " + copy.Severity + ": ";
+    EXPECT_EQ(lines[0].rfind(prefix, 0), 0u) << lines[0];
+    EXPECT_NE(lines[0].find(copy.Message), std::string::npos) << lines[0];
+  }
+}
+
+TEST(IcresCheckTest, EveryFindingInOneRunInLineOrder) {
+  // Against another broken copy: {tag} once instead of twice (line 7), and the key extra_row
+  // of that copy is missing (reported at the module, line 3).
+  const ProcessResult result = CheckData("parameter_count.xml", "extra_key.xml");
+  EXPECT_EQ(result.Status, 1);
+  const std::vector<std::string> lines = Lines(result.Out);
+  ASSERT_EQ(lines.size(), 2u) << result.Out;
+  EXPECT_NE(lines[0].find("parameter_count.xml(3): error: the key 'extra_row' of the reference ("),
+            std::string::npos)
+      << lines[0];
+  EXPECT_NE(lines[1].find("parameter_count.xml(7): error: 'duplicate': the parameter {tag}"),
+            std::string::npos)
+      << lines[1];
+
+  // Against a catalogue of another module: the module is missing (a finding about the whole
+  // file, first) and the module demo is not in the reference; its keys are not listed one by one.
+  const ProcessResult other = Check({kData + "/translation.xml", "--ref",
+                                     std::string(ic::test::CatalogueSourceDir) + "/msg.xml"});
+  EXPECT_EQ(other.Status, 1);
+  const std::vector<std::string> otherLines = Lines(other.Out);
+  ASSERT_EQ(otherLines.size(), 2u) << other.Out;
+  EXPECT_EQ(otherLines[0].rfind(
+                kData + "/translation.xml: error: the module 'msg' of the reference (", 0),
+            0u)
+      << otherLines[0];
+  EXPECT_EQ(otherLines[1],
+            kData + "/translation.xml(3): error: the module 'demo' is not in the reference");
+}
+
+TEST(IcresCheckTest, JsonHasTheSameFindings) {
+  const ProcessResult result =
+      Check({kData + "/mixed_punctuation.xml", "--json", "--ref", kData + "/reference.xml"});
+  EXPECT_EQ(result.Status, 0) << result.Err;
+  const ic::test::JsonValue json = ic::test::ParseJson(result.Out);
+  EXPECT_EQ(json["errors"].Number, 0);
+  EXPECT_EQ(json["warnings"].Number, 1);
+  ASSERT_EQ(json["findings"].Array.size(), 1u);
+  const ic::test::JsonValue& finding = json["findings"].Array[0];
+  EXPECT_EQ(finding["file"].String, kData + "/mixed_punctuation.xml");
+  EXPECT_EQ(finding["line"].Number, 12);
+  EXPECT_EQ(finding["severity"].String, "warning");
+  EXPECT_EQ(finding["module"].String, "demo");
+  EXPECT_EQ(finding["key"].String, "status");
+  EXPECT_NE(finding["message"].String.find("'，' at position 2, '.' at position 7"),
+            std::string::npos);
+
+  const ProcessResult brace = CheckData("unbalanced_brace.xml");
+  const ProcessResult braceJson =
+      Check({kData + "/unbalanced_brace.xml", "--ref", kData + "/reference.xml", "--json"});
+  EXPECT_EQ(braceJson.Status, 1);
+  const ic::test::JsonValue braceDoc = ic::test::ParseJson(braceJson.Out);
+  EXPECT_EQ(braceDoc["errors"].Number, 1);
+  ASSERT_EQ(braceDoc["findings"].Array.size(), 1u);
+  EXPECT_EQ(braceDoc["findings"].Array[0]["key"].Type, ic::test::JsonValue::Kind::Null);
+  EXPECT_NE(brace.Out.find(braceDoc["findings"].Array[0]["message"].String), std::string::npos);
+
+  const ProcessResult clean =
+      Check({kData + "/translation.xml", "--ref=" + kData + "/reference.xml", "--json"});
+  EXPECT_EQ(clean.Status, 0);
+  EXPECT_EQ(clean.Out, "{\"errors\": 0, \"warnings\": 0, \"findings\": []}\n");
+}
+
+// A fault: status 2, nothing on standard output, one line naming the file on standard error.
+void ExpectBadInput(const std::vector<std::string>& arguments, const std::string& mention) {
+  const ProcessResult result = Check(arguments);
+  EXPECT_EQ(result.Status, 2);
+  EXPECT_EQ(result.Out, "");
+  EXPECT_EQ(result.Err.rfind("icres: ", 0), 0u) << result.Err;
+  EXPECT_EQ(result.Err.find('\n'), result.Err.size() - 1) << result.Err;
+  EXPECT_NE(result.Err.find(mention), std::string::npos) << result.Err;
+}
+
+TEST(IcresCheckTest, BadInput) {
+  ExpectBadInput({kData + "/absent.xml", "--ref", kData + "/reference.xml"},
+                 kData + "/absent.xml: error: cannot open the file");
+  ExpectBadInput({kData + "/translation.xml", "--ref", kData + "/absent.xml"},
+                 "cannot read the catalogue " + kData + "/absent.xml");
+  ExpectBadInput({kData + "/not_xml.xml", "--ref", kData + "/reference.xml"},
+                 kData + "/not_xml.xml(4): error: XML error: mismatched tag");
+  ExpectBadInput({kData, "--ref", kData + "/reference.xml"}, "cannot open the file");
+  ExpectBadInput({kData + "/translation.xml"}, "check needs --ref REFERENCE.xml");
+  ExpectBadInput({"--ref", kData + "/reference.xml"}, "check takes one catalogue source");
+  ExpectBadInput({kData + "/translation.xml", "--ref"}, "--ref needs a value");
+  ExpectBadInput({kData + "/translation.xml", "--ref", ""}, "--ref needs a path");
+}
+
+TEST(IcresCheckTest, RefGoesWithCheckOnly) {
+  const ProcessResult result =
+      ic::test::RunProcess(IC_TEST_ICRES_PATH, {"list", "--ref", kData + "/reference.xml"});
+  EXPECT_EQ(result.Status, 2);
+  EXPECT_NE(result.Err.find("--ref goes with check only"), std::string::npos) << result.Err;
+}
+
+}  // namespace
