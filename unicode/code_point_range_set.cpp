@@ -87,6 +87,11 @@ void CodePointRangeSet::_Erase(size_t first, size_t last) {
   _end -= last - first;
 }
 
+void CodePointRangeSet::Reserve(size_t count) {
+  if (count > MaxSize) throw std::length_error("vector too long");
+  if (count > capacity()) _Reallocate(count);
+}
+
 void CodePointRangeSet::AssignRanges(const CodePointRange* ranges, size_t count) {
   if (count > MaxSize) throw std::length_error("vector too long");
   if (count > capacity()) {

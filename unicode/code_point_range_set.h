@@ -71,6 +71,10 @@ class IC_API CodePointRangeSet {
   /// 0 leaves the set empty.
   void AssignRanges(const CodePointRange* ranges, size_t count);
 
+  /// Makes room for `count` ranges in all: an array too small is reallocated to exactly that.
+  /// Throws std::length_error("vector too long") above MaxSize.
+  void Reserve(size_t count);
+
   /// The ranges.
   const CodePointRange* begin() const noexcept { return _begin; }
   const CodePointRange* end() const noexcept { return _end; }
