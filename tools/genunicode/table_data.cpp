@@ -12,7 +12,6 @@ namespace ic::genunicode {
 namespace {
 
 using ucd::Hex;
-using ucd::ParseCode;
 using ucd::ParseCodeRange;
 using ucd::SplitFields;
 using ucd::StripComment;
@@ -175,57 +174,44 @@ std::vector<TableRow> ParseBlocks(std::istream& in, const std::string& fileName)
 std::map<std::string, std::vector<CodeRange>> ParseCategories(std::istream& in,
                                                               const std::string& fileName) {
   std::map<std::string, std::vector<CodeRange>> categories;
-  std::string line;
-  int lineNumber = 0;
-  bool any = false;
-  uint32_t previous = 0;
+  int lastLine = 0;
   bool openFirst = false;  // the previous line was "<..., First>"
   uint32_t firstCode = 0;
   std::string firstCategory;
-  while (std::getline(in, line)) {
-    ++lineNumber;
-    if (Trim(line).empty()) continue;
-    const std::vector<std::string_view> fields = SplitFields(line);
-    if (fields.size() != 15)
-      throw InputError(fileName, lineNumber,
-                       "expected 15 fields, found " + std::to_string(fields.size()));
-    uint32_t code;
-    if (!ParseCode(fields[0], code))
-      throw InputError(fileName, lineNumber, "bad code point '" + std::string(fields[0]) + "'");
-    if (any && code <= previous)
-      throw InputError(fileName, lineNumber, "code point " + Hex(code) + " is out of order");
-    any = true;
-    previous = code;
-    const std::string category(Trim(fields[2]));
-    if (AssignedCategories.count(category) == 0)
-      throw InputError(fileName, lineNumber, "unknown general category '" + category + "'");
-    const std::string_view name = Trim(fields[1]);
-    const bool isFirst = name.ends_with(", First>");
-    const bool isLast = name.ends_with(", Last>");
-    if (openFirst != isLast)
-      throw InputError(fileName, lineNumber,
-                       openFirst ? "expected the Last line of a range" : "Last line without First");
-    if (isFirst) {
-      openFirst = true;
-      firstCode = code;
-      firstCategory = category;
-      continue;
-    }
-    CodeRange r{code, code};
-    if (isLast) {
-      if (category != firstCategory)
-        throw InputError(fileName, lineNumber, "range ends in another category than it starts");
-      r.first = firstCode;
-      openFirst = false;
-    }
-    std::vector<CodeRange>& ranges = categories[category];
-    if (!ranges.empty() && ranges.back().last + 1 == r.first)
-      ranges.back().last = r.last;
-    else
-      ranges.push_back(r);
-  }
-  if (openFirst) throw InputError(fileName, lineNumber, "range without its Last line");
-  if (!any) throw InputError(fileName, lineNumber, "no data");
+  ucd::ForEachUnicodeDataLine(
+      in, fileName,
+      [&](const std::vector<std::string_view>& fields, uint32_t code, int lineNumber) {
+        lastLine = lineNumber;
+        const std::string category(Trim(fields[2]));
+        if (AssignedCategories.count(category) == 0)
+          throw InputError(fileName, lineNumber, "unknown general category '" + category + "'");
+        const std::string_view name = Trim(fields[1]);
+        const bool isFirst = name.ends_with(", First>");
+        const bool isLast = name.ends_with(", Last>");
+        if (openFirst != isLast)
+          throw InputError(
+              fileName, lineNumber,
+              openFirst ? "expected the Last line of a range" : "Last line without First");
+        if (isFirst) {
+          openFirst = true;
+          firstCode = code;
+          firstCategory = category;
+          return;
+        }
+        CodeRange r{code, code};
+        if (isLast) {
+          if (category != firstCategory)
+            throw InputError(fileName, lineNumber, "range ends in another category than it starts");
+          r.first = firstCode;
+          openFirst = false;
+        }
+        std::vector<CodeRange>& ranges = categories[category];
+        if (!ranges.empty() && ranges.back().last + 1 == r.first)
+          ranges.back().last = r.last;
+        else
+          ranges.push_back(r);
+      });
+  if (openFirst) throw InputError(fileName, lastLine, "range without its Last line");
   return categories;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <istream>
 #include <ostream>
 
 namespace ic::ucd {
@@ -74,6 +75,32 @@ bool ParseCodeRange(std::string_view text, uint32_t& first, uint32_t& last) {
   first = a;
   last = b;
   return true;
+}
+
+void ForEachUnicodeDataLine(
+    std::istream& in, const std::string& fileName,
+    const std::function<void(const std::vector<std::string_view>&, uint32_t, int)>& line) {
+  std::string text;
+  int lineNumber = 0;
+  bool any = false;
+  uint32_t previous = 0;
+  while (std::getline(in, text)) {
+    ++lineNumber;
+    if (Trim(text).empty()) continue;
+    const std::vector<std::string_view> fields = SplitFields(text);
+    if (fields.size() != 15)
+      throw InputError(fileName, lineNumber,
+                       "expected 15 fields, found " + std::to_string(fields.size()));
+    uint32_t code;
+    if (!ParseCode(fields[0], code))
+      throw InputError(fileName, lineNumber, "bad code point '" + std::string(fields[0]) + "'");
+    if (any && code <= previous)
+      throw InputError(fileName, lineNumber, "code point " + Hex(code) + " is out of order");
+    any = true;
+    previous = code;
+    line(fields, code, lineNumber);
+  }
+  if (!any) throw InputError(fileName, lineNumber, "no data");
 }
 
 bool ReplaceFile(const std::string& path, const std::string& text, const std::string& tool,

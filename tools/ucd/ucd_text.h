@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <iosfwd>
 #include <stdexcept>
 #include <string>
@@ -44,6 +45,13 @@ bool ParseCode(std::string_view text, uint32_t& code);
 /// Reads "XXXX" or "XXXX..YYYY" (first not above last) into [first, last]. Returns false for
 /// anything else.
 bool ParseCodeRange(std::string_view text, uint32_t& first, uint32_t& last);
+
+/// Calls `line(fields, code, lineNumber)` for each non-blank line of UnicodeData.txt. Every line
+/// must have 15 fields and a code point in hexadecimal, in strictly rising order; the file must
+/// have at least one line. Throws InputError naming `fileName` and the line.
+void ForEachUnicodeDataLine(
+    std::istream& in, const std::string& fileName,
+    const std::function<void(const std::vector<std::string_view>&, uint32_t, int)>& line);
 
 /// Writes `text` to a temporary beside `path` and renames it over `path`. On failure writes
 /// "<tool>: error: <file>: ..." to `err`, removes the temporary and returns false; `path` is then
