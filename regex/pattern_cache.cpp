@@ -31,9 +31,12 @@ std::shared_ptr<const CompiledRegex<Unit>> Compile(const Unit* pattern, size_t l
     if constexpr (sizeof(Unit) == 1) {
       return std::make_shared<const CompiledRegex<Unit>>(pattern, length, flags);
     } else {
-      // One wchar_t per UTF-16 unit, whatever the width of wchar_t.
+      // One wchar_t per UTF-16 unit, whatever the width of wchar_t, and a terminator behind
+      // them as a narrow pattern has: the engine's scanner reads one character past the end of
+      // some unfinished patterns (such as "(?").
       std::vector<Char> wide(pattern, pattern + length);
-      return std::make_shared<const CompiledRegex<Unit>>(wide.data(), wide.size(), flags);
+      wide.push_back(0);
+      return std::make_shared<const CompiledRegex<Unit>>(wide.data(), length, flags);
     }
   } catch (const std::regex_error&) {
     return nullptr;

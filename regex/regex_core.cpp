@@ -77,7 +77,8 @@ EngineText<Unit> ToEngine(Subject<Unit> subject) {
   } else {
     thread_local std::vector<wchar_t> buffer;
     buffer.assign(subject.begin, subject.end);
-    return {buffer.data(), buffer.data() + buffer.size()};
+    buffer.push_back(0);  // a terminator behind the subject, as the text itself has
+    return {buffer.data(), buffer.data() + buffer.size() - 1};
   }
 }
 

@@ -105,6 +105,8 @@ TYPED_TEST(RegexOnEveryString, MaskSearchesAnAlteredCopyAtTheSameOffsets) {
   const auto pair = T<Unit>("##");
   RegexSubjectMaskT<Unit> mask{static_cast<Unit>('\\'), pair.c_str(), nullptr};
   EXPECT_EQ(s.RegexFind(T<Unit>("##").c_str(), 0, true, mask), 1);
+  ASSERT_NE(mask.MaskedCopy, nullptr);
+  std::free(mask.MaskedCopy);
   EXPECT_EQ(s.RegexSearch(T<Unit>("b").c_str(), 0, true, mask), s.GetText() + 3);
   ASSERT_NE(mask.MaskedCopy, nullptr);
   EXPECT_EQ(std::basic_string<Unit>(mask.MaskedCopy), T<Unit>("a##b##c"));
@@ -115,6 +117,7 @@ TYPED_TEST(RegexOnEveryString, MaskSearchesAnAlteredCopyAtTheSameOffsets) {
   Unit* const first = mask.MaskedCopy;
   EXPECT_TRUE(s.RegexMatches(T<Unit>("a##b##c").c_str(), mask));
   EXPECT_NE(mask.MaskedCopy, nullptr);
+  EXPECT_NE(mask.MaskedCopy, first);
   std::free(first);
   std::free(mask.MaskedCopy);
   // With Pair null the mask is off and leaves MaskedCopy alone.
