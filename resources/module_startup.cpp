@@ -11,15 +11,19 @@
 //   14    the narrow empty data is checked to be zero;
 //   15-17 exit actions of the narrow block pointer and the narrow module-wide strings;
 //   18    the wide empty data is checked to be zero;
-//   19-21 exit actions of the wide block pointer and the wide module-wide strings.
+//   19-21 exit actions of the wide block pointer and the wide module-wide strings;
+//   22-25 the Unicode block, category, script and script extension tables are filled, each
+//         registering the exit action that frees its rows.
 //
-// At exit the actions run in reverse: the wide, then the narrow objects; the records from gui
+// At exit the actions run in reverse: the four Unicode tables, script extensions first; the
+// wide, then the narrow objects; the records from gui
 // to os, each unlinking itself and freeing its indices; the manager last.
 #include <cstdlib>
 
 #include <ic/resources/host_api.h>
 #include <ic/string/ic_string.h>
 #include <ic/string/null_data.h>
+#include <ic/unicode/unicode_tables.h>
 
 #include "catalogues/Scintilla.h"
 #include "catalogues/core.h"
@@ -62,6 +66,11 @@ struct ModuleBlockPointer {
   Unit* Block = nullptr;
 };
 
+// Fills one of the Unicode tables when constructed; the table registers its own exit action.
+struct UnicodeTableFill {
+  explicit UnicodeTableFill(void (*load)()) { load(); }
+};
+
 // Steps 1 to 13.
 const catalogues::os::Registrar TOsRecord;
 const catalogues::pkg::Registrar TPkgRecord;
@@ -88,6 +97,12 @@ const NullDataCheck<char16_t> TWideNullDataCheck;
 ModuleBlockPointer<char16_t> TWideBlock;
 ic::ICStringUniqueW TWideUnique;
 ic::ICStringSharedW TWideShared;
+
+// Steps 22 to 25.
+const UnicodeTableFill TBlockTable(ic::LoadUnicodeBlockTable);
+const UnicodeTableFill TCategoryTable(ic::LoadUnicodeCategoryTable);
+const UnicodeTableFill TScriptTable(ic::LoadUnicodeScriptTable);
+const UnicodeTableFill TScriptExtensionTable(ic::LoadUnicodeScriptExtensionTable);
 
 }  // namespace
 

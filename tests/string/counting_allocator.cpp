@@ -9,6 +9,8 @@ std::atomic<bool> g_counting{false};
 std::atomic<bool> g_failNothrow{false};
 std::atomic<long> g_allocations{0};
 std::atomic<long> g_frees{0};
+std::atomic<bool> g_failThrowing{false};
+std::atomic<long> g_throwingAllowed{0};
 
 void* Allocate(std::size_t size) {
   if (g_counting) ++g_allocations;
@@ -43,9 +45,18 @@ FailNothrowAllocations::FailNothrowAllocations() {
 FailNothrowAllocations::~FailNothrowAllocations() {
   g_failNothrow = false;
 }
+
+FailThrowingAllocationsAfter::FailThrowingAllocationsAfter(long allowed) {
+  g_throwingAllowed = allowed;
+  g_failThrowing = true;
+}
+FailThrowingAllocationsAfter::~FailThrowingAllocationsAfter() {
+  g_failThrowing = false;
+}
 }  // namespace ic::testing
 
 void* operator new(std::size_t size) {
+  if (g_failThrowing && g_throwingAllowed-- <= 0) throw std::bad_alloc();
   void* p = Allocate(size);
   if (p == nullptr) throw std::bad_alloc();
   return p;

@@ -30,4 +30,14 @@ class FailNothrowAllocations {
   ~FailNothrowAllocations();
 };
 
+/// While alive, the throwing allocation functions succeed `allowed` more times and then throw
+/// std::bad_alloc on every call (the nothrow forms are unaffected).
+class FailThrowingAllocationsAfter {
+ public:
+  explicit FailThrowingAllocationsAfter(long allowed);
+  ~FailThrowingAllocationsAfter();
+  FailThrowingAllocationsAfter(const FailThrowingAllocationsAfter&) = delete;
+  FailThrowingAllocationsAfter& operator=(const FailThrowingAllocationsAfter&) = delete;
+};
+
 }  // namespace ic::testing

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <istream>
 #include <numeric>
@@ -27,55 +26,10 @@ constexpr CaseRow SampleRows[] = {
     {0x03C2, 0x03A3, 0x03C2, 0x03C3, 0x03C3, 0}, {0x13A0, 0x13A0, 0xAB70, 0x13A0, 0, 0},
 };
 
-std::string Hex(uint32_t code) {
-  char buffer[16];
-  std::snprintf(buffer, sizeof buffer, "U+%04X", static_cast<unsigned>(code));
-  return buffer;
-}
-
-std::string_view Trim(std::string_view s) {
-  while (!s.empty() && (s.front() == ' ' || s.front() == '\t'))
-    s.remove_prefix(1);
-  while (!s.empty() && (s.back() == ' ' || s.back() == '\t' || s.back() == '\r'))
-    s.remove_suffix(1);
-  return s;
-}
-
-std::vector<std::string_view> SplitFields(std::string_view line) {
-  std::vector<std::string_view> fields;
-  size_t start = 0;
-  for (;;) {
-    const size_t semicolon = line.find(';', start);
-    if (semicolon == std::string_view::npos) {
-      fields.push_back(line.substr(start));
-      return fields;
-    }
-    fields.push_back(line.substr(start, semicolon - start));
-    start = semicolon + 1;
-  }
-}
-
-// A code point in hexadecimal: 4 to 6 digits, at most U+10FFFF.
-bool ParseCode(std::string_view text, uint32_t& code) {
-  text = Trim(text);
-  if (text.size() < 4 || text.size() > 6) return false;
-  uint32_t value = 0;
-  for (const char c : text) {
-    int digit;
-    if (c >= '0' && c <= '9')
-      digit = c - '0';
-    else if (c >= 'A' && c <= 'F')
-      digit = c - 'A' + 10;
-    else if (c >= 'a' && c <= 'f')
-      digit = c - 'a' + 10;
-    else
-      return false;
-    value = value * 16 + static_cast<uint32_t>(digit);
-  }
-  if (value > 0x10FFFF) return false;
-  code = value;
-  return true;
-}
+using ucd::Hex;
+using ucd::ParseCode;
+using ucd::SplitFields;
+using ucd::Trim;
 
 uint32_t MapOrSelf(const std::map<uint32_t, uint32_t>& map, uint32_t code) {
   const auto it = map.find(code);
@@ -111,41 +65,25 @@ class Classes {
 }  // namespace
 
 void ParseUnicodeData(std::istream& in, const std::string& fileName, CaseMappings& mappings) {
-  std::string line;
-  int lineNumber = 0;
-  bool any = false;
-  uint32_t previous = 0;
-  while (std::getline(in, line)) {
-    ++lineNumber;
-    if (Trim(line).empty()) continue;
-    const std::vector<std::string_view> fields = SplitFields(line);
-    if (fields.size() != 15)
-      throw InputError(fileName, lineNumber,
-                       "expected 15 fields, found " + std::to_string(fields.size()));
-    uint32_t code;
-    if (!ParseCode(fields[0], code))
-      throw InputError(fileName, lineNumber, "bad code point '" + std::string(fields[0]) + "'");
-    if (any && code <= previous)
-      throw InputError(fileName, lineNumber, "code point " + Hex(code) + " is out of order");
-    any = true;
-    previous = code;
-    const struct {
-      size_t index;
-      std::map<uint32_t, uint32_t>* target;
-      const char* name;
-    } columns[] = {{12, &mappings.upper, "uppercase"}, {13, &mappings.lower, "lowercase"}};
-    for (const auto& column : columns) {
-      const std::string_view field = Trim(fields[column.index]);
-      if (field.empty()) continue;
-      uint32_t mapped;
-      if (!ParseCode(field, mapped))
-        throw InputError(
-            fileName, lineNumber,
-            std::string("bad simple ") + column.name + " mapping '" + std::string(field) + "'");
-      if (mapped != code) (*column.target)[code] = mapped;
-    }
-  }
-  if (!any) throw InputError(fileName, lineNumber, "no data");
+  ucd::ForEachUnicodeDataLine(
+      in, fileName,
+      [&](const std::vector<std::string_view>& fields, uint32_t code, int lineNumber) {
+        const struct {
+          size_t index;
+          std::map<uint32_t, uint32_t>* target;
+          const char* name;
+        } columns[] = {{12, &mappings.upper, "uppercase"}, {13, &mappings.lower, "lowercase"}};
+        for (const auto& column : columns) {
+          const std::string_view field = Trim(fields[column.index]);
+          if (field.empty()) continue;
+          uint32_t mapped;
+          if (!ParseCode(field, mapped))
+            throw InputError(
+                fileName, lineNumber,
+                std::string("bad simple ") + column.name + " mapping '" + std::string(field) + "'");
+          if (mapped != code) (*column.target)[code] = mapped;
+        }
+      });
 }
 
 void ParseCaseFolding(std::istream& in, const std::string& fileName, CaseMappings& mappings) {
@@ -346,30 +284,7 @@ int RunGencase(const std::vector<std::string>& args, std::ostream& err) {
       return 1;
     }
 
-    const std::string text = FormatCaseTable(rows);
-    const std::filesystem::path target(output);
-    std::filesystem::path temporary = target;
-    temporary += ".tmp";
-    {
-      std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-      out << text;
-      out.close();
-      if (!out) {
-        err << "gencase: error: " << temporary.string() << ": cannot write\n";
-        std::error_code ignored;
-        std::filesystem::remove(temporary, ignored);
-        return 1;
-      }
-    }
-    std::error_code error;
-    std::filesystem::rename(temporary, target, error);
-    if (error) {
-      err << "gencase: error: " << target.string() << ": cannot replace: " << error.message()
-          << "\n";
-      std::filesystem::remove(temporary, error);
-      return 1;
-    }
-    return 0;
+    return ucd::ReplaceFile(output, FormatCaseTable(rows), "gencase", err) ? 0 : 1;
   } catch (const InputError& e) {
     err << "gencase: error: " << e.what() << "\n";
   } catch (const DataError& e) {

@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+#include "ucd_text.h"
+
 namespace ic::gencase {
 
 /// One row of the generated table.
@@ -29,18 +31,8 @@ struct CaseRow {
   friend bool operator==(const CaseRow&, const CaseRow&) = default;
 };
 
-/// A defect in an input file; the message starts with "file:line: ".
-class InputError : public std::runtime_error {
- public:
-  InputError(const std::string& file, int line, const std::string& what)
-      : std::runtime_error(file + ":" + std::to_string(line) + ": " + what) {}
-};
-
-/// A defect of the data as a whole (a class with too many variants, a failed check).
-class DataError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
+using ucd::DataError;
+using ucd::InputError;
 
 /// The simple mappings read from the files; a code point without an entry maps to itself.
 struct CaseMappings {
