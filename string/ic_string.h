@@ -19,6 +19,7 @@
 #include <utility>
 
 #include <ic/number/number_members.h>
+#include <ic/path/path_members.h>
 #include <ic/platform/export.h>
 #include <ic/string/append_members.h>
 #include <ic/string/assign_members.h>
@@ -60,7 +61,8 @@ class BasicICString : public Storage,
                       public ICStringAppendMembers<BasicICString<Unit, Storage>>,
                       public ICStringEditMembers<BasicICString<Unit, Storage>>,
                       public ICStringSearchMembers<BasicICString<Unit, Storage>>,
-                      public ICStringCaseMembers<BasicICString<Unit, Storage>> {
+                      public ICStringCaseMembers<BasicICString<Unit, Storage>>,
+                      public ICStringPathMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;
