@@ -1,6 +1,7 @@
 #include <ic/path/internal/percent_core.h>
 
 #include <cstring>
+#include <string_view>
 
 #include <ic/number/number_format.h>
 

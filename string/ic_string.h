@@ -20,6 +20,8 @@
 
 #include <ic/number/number_members.h>
 #include <ic/path/path_members.h>
+#include <ic/path/percent_members.h>
+#include <ic/path/resolve_members.h>
 #include <ic/platform/export.h>
 #include <ic/string/append_members.h>
 #include <ic/string/assign_members.h>
@@ -62,7 +64,9 @@ class BasicICString : public Storage,
                       public ICStringEditMembers<BasicICString<Unit, Storage>>,
                       public ICStringSearchMembers<BasicICString<Unit, Storage>>,
                       public ICStringCaseMembers<BasicICString<Unit, Storage>>,
-                      public ICStringPathMembers<BasicICString<Unit, Storage>> {
+                      public ICStringPathMembers<BasicICString<Unit, Storage>>,
+                      public ICStringPercentMembers<BasicICString<Unit, Storage>>,
+                      public ICStringResolveMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;
