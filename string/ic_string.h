@@ -19,8 +19,10 @@
 #include <utility>
 
 #include <ic/number/number_members.h>
+#include <ic/path/file_url_members.h>
 #include <ic/path/path_members.h>
 #include <ic/path/percent_members.h>
+#include <ic/path/relative_members.h>
 #include <ic/path/resolve_members.h>
 #include <ic/platform/export.h>
 #include <ic/string/append_members.h>
@@ -66,7 +68,9 @@ class BasicICString : public Storage,
                       public ICStringCaseMembers<BasicICString<Unit, Storage>>,
                       public ICStringPathMembers<BasicICString<Unit, Storage>>,
                       public ICStringPercentMembers<BasicICString<Unit, Storage>>,
-                      public ICStringResolveMembers<BasicICString<Unit, Storage>> {
+                      public ICStringResolveMembers<BasicICString<Unit, Storage>>,
+                      public ICStringFileUrlMembers<BasicICString<Unit, Storage>>,
+                      public ICStringRelativeMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;
