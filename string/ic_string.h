@@ -18,6 +18,9 @@
 #include <type_traits>
 #include <utility>
 
+#include <ic/markup/html_members.h>
+#include <ic/markup/quoted_printable_members.h>
+#include <ic/markup/xml_members.h>
 #include <ic/number/number_members.h>
 #include <ic/path/file_url_members.h>
 #include <ic/path/path_members.h>
@@ -70,7 +73,10 @@ class BasicICString : public Storage,
                       public ICStringPercentMembers<BasicICString<Unit, Storage>>,
                       public ICStringResolveMembers<BasicICString<Unit, Storage>>,
                       public ICStringFileUrlMembers<BasicICString<Unit, Storage>>,
-                      public ICStringRelativeMembers<BasicICString<Unit, Storage>> {
+                      public ICStringRelativeMembers<BasicICString<Unit, Storage>>,
+                      public ICStringXmlMembers<BasicICString<Unit, Storage>>,
+                      public ICStringHtmlMembers<BasicICString<Unit, Storage>>,
+                      public ICStringQuotedPrintableMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;
