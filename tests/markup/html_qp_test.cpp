@@ -117,5 +117,12 @@ TEST(QuotedPrintable, SoftBreakAfterThe71stLetter) {
   EXPECT_EQ(QP(mixed), std::u16string(69, u'a') + u"=3D=3D=\r\nb");
 }
 
+TEST(QuotedPrintable, BlankWithSoftBreakBeforeLineEnd) {
+  // The blank finds the line at 70 and gets a soft break; the carriage return then steps back
+  // over the last unit written, the soft break's line feed, and writes the blank encoded.
+  const std::u16string letters(70, u'a');
+  EXPECT_EQ(QP(letters + u" \r\nb"), letters + u" =\r=20\r\nb");
+}
+
 }  // namespace
 }  // namespace ic

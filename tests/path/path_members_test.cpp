@@ -328,6 +328,17 @@ TEST(PathMembersNarrow, CompareFormFoldsNonAsciiOnlyWithNormalize) {
   EXPECT_EQ(Str(wide), u"\u00C4b");
 }
 
+// At the floor one code unit survives: in the narrow form that is the first byte of a longer
+// character, in the wide form the whole character.
+TEST(PathMembersNarrow, FloorKeepsOneUnit) {
+  std::string narrow = "./\xC3\xA4/..";
+  EXPECT_EQ(ICStringUnique::NormalizePath(narrow.data()), 1);
+  EXPECT_EQ(narrow.c_str(), std::string("\xC3"));
+  std::u16string wide = u"./\u00E4/..";
+  EXPECT_EQ(ICStringUniqueW::NormalizePath(wide.data()), 1);
+  EXPECT_EQ(wide.c_str(), std::u16string(u"\u00E4"));
+}
+
 TEST(PathMembersShapes, ViewPartsLeadIntoTheSource) {
   const char* source = "dir/name.Ext";
   const ICStringView view(source);
