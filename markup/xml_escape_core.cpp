@@ -1,24 +1,15 @@
 #include <ic/markup/internal/xml_escape_core.h>
 
+#include <array>
+#include <cstddef>
 #include <cstring>
 #include <type_traits>
 
 #include <ic/number/number_format.h>
+#include <ic/path/internal/code_set.h>
 
 namespace ic::internal {
 namespace {
-
-template <class Unit>
-bool SetHolds(const Unit* set, uint32_t code) noexcept {
-  if (set == nullptr || code == 0) return false;
-  if constexpr (sizeof(Unit) == 1) {
-    return FindCodePoint(set, code) != nullptr;
-  } else {
-    for (; *set; ++set)
-      if (*set == code) return true;
-    return false;
-  }
-}
 
 // The replaced characters apart from those of alsoEscape.
 inline bool IsXmlSpecial(uint32_t c, bool escapeQuotes) noexcept {
@@ -35,31 +26,41 @@ template <class Unit>
 bool IsReplaced(uint32_t c, bool escapeQuotes, const Unit* alsoEscape) noexcept {
   if (IsXmlSpecial(c, escapeQuotes)) return true;
   if (!escapeQuotes && IsQuote(c)) return false;
-  return SetHolds(alsoEscape, c);
+  return CodeSetHolds(alsoEscape, c);
 }
 
-// Units of the first `n` at `p` before the first that may need a look: a control character,
-// '<', '>', '&', a quote when quotes are escaped, and (narrow) a non-ASCII byte. The common case
-// of the scan: blocks of 32 units are tested whole, a test the compiler can vectorise.
+constexpr const std::array<uint8_t, 256>& kStops = kXmlStops;
+
+// Units of the first `n` at `p` before the first that a scan without alsoEscape must look at:
+// a replaced character, a zero unit and (narrow) a non-ASCII byte. Blocks of 64 units are
+// tested whole first, a test the compiler vectorises; the rest goes through a table.
 template <class Unit>
 int32_t QuietSpan(const Unit* p, int32_t n, bool escapeQuotes) noexcept {
   using U = std::make_unsigned_t<Unit>;
+  constexpr bool kNarrow = sizeof(Unit) == 1;
   const U quote = escapeQuotes ? U('"') : U('<');
   const U apostrophe = escapeQuotes ? U('\'') : U('<');
   const U* u = reinterpret_cast<const U*>(p);
-  auto stops = [quote, apostrophe](U c) {
-    return (c < 0x20) | (c == U('<')) | (c == U('>')) | (c == U('&')) | (c == quote) |
-           (c == apostrophe) | (sizeof(Unit) == 1 && c >= 0x80);
-  };
   int32_t i = 0;
-  for (; i + 32 <= n; i += 32) {
-    bool any = false;
-    for (int k = 0; k < 32; ++k)
-      any |= stops(u[i + k]);
+  for (; i + 64 <= n; i += 64) {
+    // Every test is a plain compare whose results are or-ed together, with no early exit
+    // inside the block, so that the compiler turns the block into vector compares.
+    U any = 0;
+    for (int k = 0; k < 64; ++k) {
+      const U c = u[i + k];
+      const U control = static_cast<U>(static_cast<U>(c < 0x20) & static_cast<U>(c != U('\t')) &
+                                       static_cast<U>(c != U('\n')) & static_cast<U>(c != U('\r')));
+      any |= static_cast<U>(control | static_cast<U>(c == U('<')) | static_cast<U>(c == U('>')) |
+                            static_cast<U>(c == U('&')) | static_cast<U>(c == quote) |
+                            static_cast<U>(c == apostrophe) | static_cast<U>(kNarrow && c >= 0x80));
+    }
     if (any) break;
   }
-  for (; i < n; ++i)
-    if (stops(u[i])) return i;
+  const uint8_t mask = static_cast<uint8_t>(1 | (escapeQuotes ? 2 : 0) | (kNarrow ? 4 : 0));
+  for (; i < n; ++i) {
+    const U c = u[i];
+    if ((kNarrow || c < 0x100) && (kStops[c & 0xFF] & mask)) return i;
+  }
   return n;
 }
 
@@ -105,14 +106,25 @@ int XmlReplacement(uint32_t code, bool escapeQuotes, const Unit* alsoEscape, Uni
 }
 
 template <class Unit>
-int32_t XmlPlainSpan(const Unit* p, bool escapeQuotes, const Unit* alsoEscape) noexcept {
+int32_t XmlPlainSpan(const Unit* p, int32_t n, bool escapeQuotes, const Unit* alsoEscape) noexcept {
+  if (alsoEscape == nullptr || *alsoEscape == 0) {
+    // Runs between replaced characters are short: a table look-up per unit.
+    using U = std::make_unsigned_t<Unit>;
+    const uint8_t mask =
+        static_cast<uint8_t>(1 | (escapeQuotes ? 2 : 0) | (sizeof(Unit) == 1 ? 4 : 0));
+    const U* u = reinterpret_cast<const U*>(p);
+    for (int32_t i = 0; i < n; ++i)
+      if ((sizeof(Unit) == 1 || u[i] < 0x100) && (kStops[u[i] & 0xFF] & mask)) return i;
+    return n;
+  }
   int32_t i = 0;
-  for (;; ++i) {
+  for (; i < n; ++i) {
     const uint32_t c = static_cast<std::make_unsigned_t<Unit>>(p[i]);
     if (c == 0) return i;
     if (sizeof(Unit) == 1 && c >= 0x80) return i;
     if (IsReplaced(c, escapeQuotes, alsoEscape)) return i;
   }
+  return n;
 }
 
 template <class Unit>
@@ -133,7 +145,7 @@ const Unit* FindXmlEscape(const Unit* source, int32_t length, bool escapeQuotes,
       const char* start = reinterpret_cast<const char*>(p);
       const char* next = start;
       const uint32_t code = textdetail::DecodeCodePoint(next);
-      if (SetHolds(alsoEscape, code)) return p;
+      if (CodeSetHolds(alsoEscape, code)) return p;
       p += next - start;
       continue;
     }
@@ -224,8 +236,8 @@ template const char* FindXmlEscape(const char*, int32_t, bool, const char*) noex
 template const char16_t* FindXmlEscape(const char16_t*, int32_t, bool, const char16_t*) noexcept;
 template int XmlReplacement(uint32_t, bool, const char*, char*) noexcept;
 template int XmlReplacement(uint32_t, bool, const char16_t*, char16_t*) noexcept;
-template int32_t XmlPlainSpan(const char*, bool, const char*) noexcept;
-template int32_t XmlPlainSpan(const char16_t*, bool, const char16_t*) noexcept;
+template int32_t XmlPlainSpan(const char*, int32_t, bool, const char*) noexcept;
+template int32_t XmlPlainSpan(const char16_t*, int32_t, bool, const char16_t*) noexcept;
 template int32_t UnescapeXmlUnits(char*, int32_t, bool, bool) noexcept;
 template int32_t UnescapeXmlUnits(char16_t*, int32_t, bool, bool) noexcept;
 

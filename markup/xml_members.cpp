@@ -26,7 +26,7 @@ bool EscapeInto(const typename Str::UnitType* source, int32_t length, Str& out, 
   const auto* first = internal::FindXmlEscape(source, length, escapeQuotes, alsoEscape);
   if (first == nullptr) return false;
   BuilderSink<Str> sink{{&out, out.GetLength(), 0, true}};
-  internal::EscapeXmlFrom(source, first, escapeQuotes, alsoEscape, sink);
+  internal::EscapeXmlFrom(source, length, first, escapeQuotes, alsoEscape, sink);
   return true;
 }
 

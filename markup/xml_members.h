@@ -25,7 +25,8 @@ class ICStringXmlMembers<BasicICString<Unit, Storage>> {
   /// with the decimal code point (narrow) or unit (wide). Returns true if anything was written;
   /// false when nothing needed escaping, and then `out` is untouched. Narrow source is walked by
   /// code point; once writing has started, an unchanged character that UTF-8 cannot hold is
-  /// dropped. `out` grows to the larger of twice the needed length and 1024 units.
+  /// dropped. `out` grows to the larger of twice the needed length and 1024 units;
+  /// `source` must not lie in `out`'s own block (EscapeXml covers that case).
   static bool EscapeXmlInto(const Unit* source, Str& out, bool escapeQuotes = false,
                             const Unit* alsoEscape = nullptr);
   /// In place: the text escaped as by EscapeXmlInto; a text with nothing to escape keeps its

@@ -3,6 +3,7 @@
 #include <string>
 #include <type_traits>
 
+#include <ic/path/internal/code_set.h>
 #include <ic/path/path_constants.h>
 #include <ic/string/utf8.h>
 #include <ic/text/utf8_walk.h>
@@ -36,18 +37,6 @@ uint32_t NextCode(const Unit*& p) noexcept {
 }
 
 // True if the zero-terminated set holds the code point (narrow: a set of UTF-8 code points).
-template <class Unit>
-bool SetHolds(const Unit* set, uint32_t code) noexcept {
-  if (set == nullptr || code == 0) return false;
-  if constexpr (sizeof(Unit) == 1) {
-    return FindCodePoint(set, code) != nullptr;
-  } else {
-    for (; *set; ++set)
-      if (*set == code) return true;
-    return false;
-  }
-}
-
 template <class Unit>
 bool EqualsAsciiNoCase(const Unit* text, const char* word, int count) noexcept {
   for (int i = 0; i < count; ++i) {
@@ -267,13 +256,13 @@ bool EqualIgnoringCharsText(const Unit* first, const Unit* second, const Unit* i
     uint32_t ca = 0;
     while (*a) {
       ca = NextCode(a);
-      if (!SetHolds(ignored, ca)) break;
+      if (!CodeSetHolds(ignored, ca)) break;
       ca = 0;
     }
     uint32_t cb = 0;
     while (*b) {
       cb = NextCode(b);
-      if (!SetHolds(ignored, cb)) break;
+      if (!CodeSetHolds(ignored, cb)) break;
       cb = 0;
     }
     if (ca != cb) return false;

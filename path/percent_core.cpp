@@ -1,7 +1,10 @@
 #include <ic/path/internal/percent_core.h>
 
+#include <array>
+#include <cstddef>
 #include <cstring>
 #include <string_view>
+#include <type_traits>
 
 #include <ic/number/number_format.h>
 
@@ -36,12 +39,22 @@ const EscapeTables& Tables() noexcept {
   return tables;
 }
 
+constexpr std::array<int8_t, 256> MakeHexTable() {
+  std::array<int8_t, 256> t{};
+  for (int c = 0; c < 256; ++c)
+    t[static_cast<size_t>(c)] = static_cast<int8_t>(c >= '0' && c <= '9'   ? c - '0'
+                                                    : c >= 'a' && c <= 'f' ? c - 'a' + 10
+                                                    : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                                                                           : -1);
+  return t;
+}
+constexpr std::array<int8_t, 256> kHexValues = MakeHexTable();
+
+// The value of a hexadecimal digit, or -1.
 template <class Unit>
 int HexValue(Unit u) noexcept {
-  if (u >= Unit('0') && u <= Unit('9')) return static_cast<int>(u - Unit('0'));
-  if (u >= Unit('a') && u <= Unit('f')) return static_cast<int>(u - Unit('a')) + 10;
-  if (u >= Unit('A') && u <= Unit('F')) return static_cast<int>(u - Unit('A')) + 10;
-  return -1;
+  const auto v = static_cast<std::make_unsigned_t<Unit>>(u);
+  return v < 256 ? kHexValues[v] : -1;
 }
 
 }  // namespace

@@ -15,8 +15,6 @@ using namespace pathtest;
 
 template <class S>
 class XmlEscape : public ::testing::Test {};
-using AllStrings = ::testing::Types<ICStringUnique, ICStringShared, ICStringView, ICStringUniqueW,
-                                    ICStringSharedW, ICStringViewW>;
 TYPED_TEST_SUITE(XmlEscape, AllStrings);
 
 template <class S>

@@ -14,8 +14,6 @@ using namespace pathtest;
 
 template <class S>
 class FileUrl : public ::testing::Test {};
-using AllStrings = ::testing::Types<ICStringUnique, ICStringShared, ICStringView, ICStringUniqueW,
-                                    ICStringSharedW, ICStringViewW>;
 TYPED_TEST_SUITE(FileUrl, AllStrings);
 
 template <class S>

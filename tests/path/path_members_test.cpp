@@ -17,8 +17,6 @@ using namespace pathtest;
 
 template <class S>
 class PathMembers : public ::testing::Test {};
-using AllStrings = ::testing::Types<ICStringUnique, ICStringShared, ICStringView, ICStringUniqueW,
-                                    ICStringSharedW, ICStringViewW>;
 TYPED_TEST_SUITE(PathMembers, AllStrings);
 
 // NormalizePath on a copy of the UTF-8 text in the string's width; the result as UTF-8.

@@ -3,9 +3,15 @@
 
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include <ic/string/ic_string.h>
 
 namespace ic::pathtest {
+
+/// The six strings: three shapes in two widths.
+using AllStrings = ::testing::Types<ICStringUnique, ICStringShared, ICStringView, ICStringUniqueW,
+                                    ICStringSharedW, ICStringViewW>;
 
 /// An owning string of shape S with the text in a block of its own (a view gets one through the
 /// pointer-and-length constructor).

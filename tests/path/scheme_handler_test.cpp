@@ -57,8 +57,6 @@ class SchemeHandler : public ::testing::Test {
     EXPECT_EQ(GetPathSchemeHandler<Unit>(), nullptr);
   }
 };
-using AllStrings = ::testing::Types<ICStringUnique, ICStringShared, ICStringView, ICStringUniqueW,
-                                    ICStringSharedW, ICStringViewW>;
 TYPED_TEST_SUITE(SchemeHandler, AllStrings);
 
 TYPED_TEST(SchemeHandler, SlotsStartNullAndAreSetPerWidth) {

@@ -16,8 +16,6 @@ using namespace pathtest;
 
 template <class S>
 class UrlEscape : public ::testing::Test {};
-using AllStrings = ::testing::Types<ICStringUnique, ICStringShared, ICStringView, ICStringUniqueW,
-                                    ICStringSharedW, ICStringViewW>;
 TYPED_TEST_SUITE(UrlEscape, AllStrings);
 
 template <class S>
