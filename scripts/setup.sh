@@ -7,6 +7,7 @@ packages=(
   cmake ninja-build g++ pkg-config
   libgtest-dev libgmock-dev libbenchmark-dev
   libexpat1-dev libicu-dev libabsl-dev
+  libcurl4-openssl-dev
   clang-format
 )
 

@@ -18,7 +18,15 @@
 #include <type_traits>
 #include <utility>
 
+#include <ic/markup/html_members.h>
+#include <ic/markup/quoted_printable_members.h>
+#include <ic/markup/xml_members.h>
 #include <ic/number/number_members.h>
+#include <ic/path/file_url_members.h>
+#include <ic/path/path_members.h>
+#include <ic/path/percent_members.h>
+#include <ic/path/relative_members.h>
+#include <ic/path/resolve_members.h>
 #include <ic/platform/export.h>
 #include <ic/regex/regex_members.h>
 #include <ic/string/append_members.h>
@@ -62,7 +70,15 @@ class BasicICString : public Storage,
                       public ICStringEditMembers<BasicICString<Unit, Storage>>,
                       public ICStringSearchMembers<BasicICString<Unit, Storage>>,
                       public ICStringCaseMembers<BasicICString<Unit, Storage>>,
-                      public ICStringRegexMembers<BasicICString<Unit, Storage>> {
+                      public ICStringRegexMembers<BasicICString<Unit, Storage>>,
+                      public ICStringPathMembers<BasicICString<Unit, Storage>>,
+                      public ICStringPercentMembers<BasicICString<Unit, Storage>>,
+                      public ICStringResolveMembers<BasicICString<Unit, Storage>>,
+                      public ICStringFileUrlMembers<BasicICString<Unit, Storage>>,
+                      public ICStringRelativeMembers<BasicICString<Unit, Storage>>,
+                      public ICStringXmlMembers<BasicICString<Unit, Storage>>,
+                      public ICStringHtmlMembers<BasicICString<Unit, Storage>>,
+                      public ICStringQuotedPrintableMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;
