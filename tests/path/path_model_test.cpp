@@ -42,7 +42,7 @@ std::string ReferenceNormalize(const std::string& in, bool removeDots, bool remo
     out = in.substr(0, read);
   }
   const size_t floor = out.size();
-  // The character at the floor: the original one until the output writes over it.
+  // The character at the floor: the source's own one until the output writes over it.
   char floorChar = in[floor];
   auto segmentEnd = [&](size_t i) { return i >= in.size() || IsSep(in[i]); };
   while (read < in.size()) {
