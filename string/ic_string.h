@@ -18,6 +18,7 @@
 #include <type_traits>
 #include <utility>
 
+#include <ic/number/double_members.h>
 #include <ic/number/number_members.h>
 #include <ic/platform/export.h>
 #include <ic/string/append_members.h>
@@ -60,7 +61,8 @@ class BasicICString : public Storage,
                       public ICStringAppendMembers<BasicICString<Unit, Storage>>,
                       public ICStringEditMembers<BasicICString<Unit, Storage>>,
                       public ICStringSearchMembers<BasicICString<Unit, Storage>>,
-                      public ICStringCaseMembers<BasicICString<Unit, Storage>> {
+                      public ICStringCaseMembers<BasicICString<Unit, Storage>>,
+                      public ICStringDoubleMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;
