@@ -20,6 +20,7 @@
 
 #include <ic/number/double_members.h>
 #include <ic/number/number_members.h>
+#include <ic/number/numbering_members.h>
 #include <ic/platform/export.h>
 #include <ic/string/append_members.h>
 #include <ic/string/assign_members.h>
@@ -62,7 +63,8 @@ class BasicICString : public Storage,
                       public ICStringEditMembers<BasicICString<Unit, Storage>>,
                       public ICStringSearchMembers<BasicICString<Unit, Storage>>,
                       public ICStringCaseMembers<BasicICString<Unit, Storage>>,
-                      public ICStringDoubleMembers<BasicICString<Unit, Storage>> {
+                      public ICStringDoubleMembers<BasicICString<Unit, Storage>>,
+                      public ICStringNumberingMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;
