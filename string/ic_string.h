@@ -32,6 +32,8 @@
 #include <ic/string/view_storage.h>
 #include <ic/text/case_members.h>
 #include <ic/text/search_members.h>
+#include <ic/text/token_members.h>
+#include <ic/text/trim_members.h>
 
 namespace ic {
 
@@ -64,7 +66,9 @@ class BasicICString : public Storage,
                       public ICStringSearchMembers<BasicICString<Unit, Storage>>,
                       public ICStringCaseMembers<BasicICString<Unit, Storage>>,
                       public ICStringDoubleMembers<BasicICString<Unit, Storage>>,
-                      public ICStringNumberingMembers<BasicICString<Unit, Storage>> {
+                      public ICStringNumberingMembers<BasicICString<Unit, Storage>>,
+                      public ICStringTrimMembers<BasicICString<Unit, Storage>>,
+                      public ICStringTokenMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;

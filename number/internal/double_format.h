@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include <ic/platform/export.h>
+#include <ic/string/internal/growable_text.h>
 
 namespace ic::internal {
 
@@ -16,26 +17,6 @@ struct DoubleFormatSettings {
   bool padFraction;        ///< fill the fraction with "0" up to fractionDigits
   bool keepNegativeZero;   ///< keep the "-" also when the text comes out as zero
   bool forceFraction;      ///< write ".0" when no fraction is written
-};
-
-/// A text under construction in storage that belongs to someone else (a string's block).
-template <class Unit>
-struct GrowableText {
-  Unit* text;        ///< the storage; room for `capacity` units plus a terminator
-  int32_t capacity;  ///< units that fit
-  int32_t length;    ///< units written
-  void* owner;       ///< handed to `grow`
-  /// Makes room for at least `capacity` units keeping the first `length` units, and returns the
-  /// (possibly moved) storage.
-  Unit* (*grow)(void* owner, int32_t capacity, int32_t length);
-
-  void Put(Unit unit) {
-    if (length >= capacity) {
-      capacity = length + 1 + 16;  // the needed size plus 16
-      text = grow(owner, capacity, length);
-    }
-    text[length++] = unit;
-  }
 };
 
 /// Writes the text of `value` behind out.length (normally 0); does not write a terminator.
