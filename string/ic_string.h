@@ -31,6 +31,7 @@
 #include <ic/string/utf_members.h>
 #include <ic/string/view_storage.h>
 #include <ic/text/case_members.h>
+#include <ic/text/filter_members.h>
 #include <ic/text/search_members.h>
 #include <ic/text/token_members.h>
 #include <ic/text/trim_members.h>
@@ -68,7 +69,8 @@ class BasicICString : public Storage,
                       public ICStringDoubleMembers<BasicICString<Unit, Storage>>,
                       public ICStringNumberingMembers<BasicICString<Unit, Storage>>,
                       public ICStringTrimMembers<BasicICString<Unit, Storage>>,
-                      public ICStringTokenMembers<BasicICString<Unit, Storage>> {
+                      public ICStringTokenMembers<BasicICString<Unit, Storage>>,
+                      public ICStringFilterMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;
