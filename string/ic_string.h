@@ -32,6 +32,7 @@
 #include <ic/string/view_storage.h>
 #include <ic/text/case_members.h>
 #include <ic/text/filter_members.h>
+#include <ic/text/line_members.h>
 #include <ic/text/search_members.h>
 #include <ic/text/token_members.h>
 #include <ic/text/trim_members.h>
@@ -70,7 +71,8 @@ class BasicICString : public Storage,
                       public ICStringNumberingMembers<BasicICString<Unit, Storage>>,
                       public ICStringTrimMembers<BasicICString<Unit, Storage>>,
                       public ICStringTokenMembers<BasicICString<Unit, Storage>>,
-                      public ICStringFilterMembers<BasicICString<Unit, Storage>> {
+                      public ICStringFilterMembers<BasicICString<Unit, Storage>>,
+                      public ICStringLineMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;
