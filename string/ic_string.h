@@ -33,6 +33,7 @@
 #include <ic/text/case_members.h>
 #include <ic/text/filter_members.h>
 #include <ic/text/line_members.h>
+#include <ic/text/qualified_name_members.h>
 #include <ic/text/search_members.h>
 #include <ic/text/token_members.h>
 #include <ic/text/trim_members.h>
@@ -72,7 +73,8 @@ class BasicICString : public Storage,
                       public ICStringTrimMembers<BasicICString<Unit, Storage>>,
                       public ICStringTokenMembers<BasicICString<Unit, Storage>>,
                       public ICStringFilterMembers<BasicICString<Unit, Storage>>,
-                      public ICStringLineMembers<BasicICString<Unit, Storage>> {
+                      public ICStringLineMembers<BasicICString<Unit, Storage>>,
+                      public ICStringQualifiedNameMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;
