@@ -146,7 +146,12 @@ void FormatDoubleText(GrowableText<Unit>& out, double value, const DoubleFormatS
 
   // Rounding in advance, so that a carry out of the last digit reaches the integer part.
   if (fractionDigits > 0 && settings.round) {
-    const double p = std::pow(10.0, fractionDigits);
+    // Powers of ten up to 10^22 are exact doubles, which pow also answers.
+    static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                         1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                         1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    const double p =
+        fractionDigits <= 22 ? kPowers[fractionDigits] : std::pow(10.0, fractionDigits);
     if (std::isfinite(p)) {
       double scaled;
       const double scaledFraction = std::modf(fraction * p, &scaled);
@@ -174,10 +179,15 @@ void FormatDoubleText(GrowableText<Unit>& out, double value, const DoubleFormatS
 
   // Integer digits, least significant first, then the sign; the whole text is reversed after.
   const int32_t begin = out.length;
-  while (integer > 0.0) {
+  // Below 2^53 every step is exact, so the digits of the integer are those of its uint64 value,
+  // computed without the slow fmod; above, the double steps run as they are.
+  while (integer >= 9007199254740992.0) {
     PutDigit(out, std::fmod(integer, 10.0));
     integer = std::floor(integer / 10.0);
   }
+  if (integer > 0.0)  // a NaN passes no comparison
+    for (uint64_t n = static_cast<uint64_t>(integer); n != 0; n /= 10)
+      out.Put(static_cast<Unit>(Unit('0') + n % 10));
   if (out.length == begin) out.Put(Unit('0'));
   if (negative) out.Put(Unit('-'));
   for (Unit *a = out.text + begin, *b = out.text + out.length - 1; a < b; ++a, --b) {

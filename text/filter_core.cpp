@@ -1,6 +1,7 @@
 #include <ic/text/internal/filter_core.h>
 
 #include <stdexcept>
+#include <type_traits>
 
 #include <ic/string/utf8.h>
 #include <ic/text/utf8_walk.h>
@@ -128,9 +129,56 @@ template <class Unit>
 int32_t SqueezeText(const Unit* text, int32_t length, const LazyBlock<Unit>& block,
                     const CodeLookup<Unit>& keepSet, Unit replacement,
                     const CodeLookup<Unit>& collapseSet, bool trimRuns) {
-  LazyWriter<Unit> out(text, length, block);
+  // The ASCII units that no step changes are passed over first without writing or comparing:
+  // characters outside the collapse set, and single replacements inside the text.
+  const auto collapses = [&](uint32_t u) {
+    return collapseSet.Contains(u) && !keepSet.Contains(u);
+  };
   int32_t r = 0;
+  // Whole blocks first, without a branch per unit: a block with anything to look at goes to the
+  // unit loop below.
+  uint8_t collapsing[128];
+  for (uint32_t u = 0; u < 128; ++u)
+    collapsing[u] = collapses(u) ? 1 : 0;
+  const uint32_t replacementUnit = static_cast<std::make_unsigned_t<Unit>>(replacement);
+  if (!(trimRuns && length > 0 && static_cast<std::make_unsigned_t<Unit>>(text[0]) < 0x80 &&
+        collapsing[static_cast<std::make_unsigned_t<Unit>>(text[0])])) {
+    constexpr int32_t kBlock = 64;
+    while (r + kBlock < length) {
+      uint32_t look = 0;
+      for (int32_t k = 0; k < kBlock; ++k) {
+        const uint32_t u = static_cast<std::make_unsigned_t<Unit>>(text[r + k]);
+        const uint32_t next = static_cast<std::make_unsigned_t<Unit>>(text[r + k + 1]);
+        const uint32_t high = u >= 0x80;
+        const uint32_t nextCollapses = (next >= 0x80) | collapsing[next & 127];
+        look |= high | (collapsing[u & 127] & ((u != replacementUnit) | nextCollapses));
+      }
+      if (look != 0) break;
+      r += kBlock;
+    }
+  }
   while (r < length) {
+    const uint32_t u = static_cast<std::make_unsigned_t<Unit>>(text[r]);
+    if (u >= 0x80) break;
+    if (collapses(u)) {
+      if (u != static_cast<std::make_unsigned_t<Unit>>(replacement) || (trimRuns && r == 0) ||
+          r + 1 >= length)
+        break;
+      const uint32_t next = static_cast<std::make_unsigned_t<Unit>>(text[r + 1]);
+      if (next >= 0x80 || collapses(next)) break;
+    }
+    ++r;
+  }
+  LazyWriter<Unit> out(text, length, block);
+  out.written = r;
+  while (r < length) {
+    const Unit unit = out.source[r];
+    if (static_cast<std::make_unsigned_t<Unit>>(unit) < 0x80 &&
+        !collapseSet.Contains(static_cast<std::make_unsigned_t<Unit>>(unit))) {
+      out.Put(unit);
+      ++r;
+      continue;
+    }
     const int32_t start = r;
     const uint32_t code = ReadAt(out.source, length, r);
     if (keepSet.Contains(code) || !collapseSet.Contains(code)) {
