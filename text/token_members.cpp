@@ -23,6 +23,17 @@ R Token(const Unit* text, int32_t length, int32_t limit, const Unit* delimiter, 
   return R(begin, count);
 }
 
+// The receiver form: the limit is the length plus one, so that a position on the terminator is
+// still valid.
+template <class Str>
+Str ReceiverToken(const Str& self, const typename Str::UnitType* delimiter, bool wholeText,
+                  int32_t& position, const typename Str::UnitType* quotes, bool merge, int32_t skip,
+                  bool* atEnd) {
+  const int32_t length = self.GetLength();
+  return Token<Str>(self.GetText(), length, length + 1, delimiter, wholeText, position, quotes,
+                    merge, skip, atEnd);
+}
+
 template <class Str>
 typename Str::UnitType* GrowString(void* owner, int32_t capacity, int32_t length) {
   Str& self = *static_cast<Str*>(owner);
@@ -37,10 +48,8 @@ template <class Unit, class Storage>
 auto ICStringTokenMembers<BasicICString<Unit, Storage>>::ExtractToken(
     const Unit* delimiters, int32_t& position, const Unit* quotes, bool mergeDelimiters,
     int32_t skipCount, bool* atEnd) const -> Str {
-  const Str& self = static_cast<const Str&>(*this);
-  const int32_t length = self.GetLength();
-  return Token<Str>(self.GetText(), length, length + 1, delimiters, false, position, quotes,
-                    mergeDelimiters, skipCount, atEnd);
+  return ReceiverToken(static_cast<const Str&>(*this), delimiters, false, position, quotes,
+                       mergeDelimiters, skipCount, atEnd);
 }
 
 template <class Unit, class Storage>
@@ -55,10 +64,8 @@ template <class Unit, class Storage>
 auto ICStringTokenMembers<BasicICString<Unit, Storage>>::ExtractTokenText(
     const Unit* delimiter, int32_t& position, const Unit* quotes, bool mergeDelimiters,
     int32_t skipCount, bool* atEnd) const -> Str {
-  const Str& self = static_cast<const Str&>(*this);
-  const int32_t length = self.GetLength();
-  return Token<Str>(self.GetText(), length, length + 1, delimiter, true, position, quotes,
-                    mergeDelimiters, skipCount, atEnd);
+  return ReceiverToken(static_cast<const Str&>(*this), delimiter, true, position, quotes,
+                       mergeDelimiters, skipCount, atEnd);
 }
 
 template <class Unit, class Storage>
@@ -102,6 +109,19 @@ ICStringUniqueW ExtractToken(const char16_t* text, int32_t length, char16_t deli
   const auto one = internal::MakeCodePointArgument(char16_t{}, delimiter);
   return ExtractToken(text, length, one.Data(), position, quotes, mergeDelimiters, skipCount,
                       atEnd);
+}
+
+ICStringUnique ExtractTokenText(const char* text, int32_t length, const char* delimiter,
+                                int32_t& position, const char* quotes, bool mergeDelimiters,
+                                int32_t skipCount, bool* atEnd) {
+  return Token<ICStringUnique>(text, length, length, delimiter, true, position, quotes,
+                               mergeDelimiters, skipCount, atEnd);
+}
+ICStringUniqueW ExtractTokenText(const char16_t* text, int32_t length, const char16_t* delimiter,
+                                 int32_t& position, const char16_t* quotes, bool mergeDelimiters,
+                                 int32_t skipCount, bool* atEnd) {
+  return Token<ICStringUniqueW>(text, length, length, delimiter, true, position, quotes,
+                                mergeDelimiters, skipCount, atEnd);
 }
 
 }  // namespace ic

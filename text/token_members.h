@@ -83,4 +83,16 @@ IC_API BasicICString<char16_t, ICStringUniqueStorage<char16_t>> ExtractToken(
     bool* atEnd = nullptr);
 /// @}
 
+/// @name ExtractTokenText over a plain text of `length` units, with a whole-text delimiter
+/// @{
+IC_API BasicICString<char, ICStringUniqueStorage<char>> ExtractTokenText(
+    const char* text, int32_t length, const char* delimiter, int32_t& position,
+    const char* quotes = nullptr, bool mergeDelimiters = false, int32_t skipCount = 0,
+    bool* atEnd = nullptr);
+IC_API BasicICString<char16_t, ICStringUniqueStorage<char16_t>> ExtractTokenText(
+    const char16_t* text, int32_t length, const char16_t* delimiter, int32_t& position,
+    const char16_t* quotes = nullptr, bool mergeDelimiters = false, int32_t skipCount = 0,
+    bool* atEnd = nullptr);
+/// @}
+
 }  // namespace ic

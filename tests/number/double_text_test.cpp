@@ -17,31 +17,16 @@
 
 #include "../string/block_probe.h"
 #include "../string/counting_allocator.h"
+#include "../string/owned_text.h"
 
 namespace ic {
 namespace {
 
 using testing::AllocationScope;
+using testing::Owned;
+using testing::Units;
 
-template <class S>
-std::string Text(const S& s) {
-  std::string out;
-  for (int32_t i = 0; i < s.GetLength(); ++i)
-    out += static_cast<char>(s.GetText()[i]);
-  return out;
-}
-
-template <class Unit>
-std::basic_string<Unit> Units(const std::string& ascii) {
-  return std::basic_string<Unit>(ascii.begin(), ascii.end());
-}
-
-// A string of type S holding a copy of the ASCII text (a view gets a block of its own).
-template <class S>
-S Owned(const std::string& ascii) {
-  const auto units = Units<typename S::UnitType>(ascii);
-  return S(units.data(), static_cast<int32_t>(units.size()));
-}
+using testing::TextOf;
 
 template <class S>
 class DoubleFormat : public ::testing::Test {};
@@ -54,7 +39,7 @@ std::string Format(double value, int32_t digits, bool round, double tolerance, b
   S s;
   s.FormatDouble(value, digits, round, tolerance, pad, keepNegativeZero, force);
   EXPECT_EQ(s.GetText()[s.GetLength()], 0);
-  return Text(s);
+  return TextOf(s);
 }
 
 TYPED_TEST(DoubleFormat, ExamplesOfTheContract) {
@@ -132,14 +117,14 @@ TYPED_TEST(DoubleFormat, OneAllocationForCommonValuesAndNoneWithRoom) {
     s.FormatDouble(-12345.678, 3, true, 1e-9, true, false, false);
     EXPECT_EQ(scope.Allocations(), 1);
   }
-  EXPECT_EQ(Text(s), "-12345.678");
+  EXPECT_EQ(TextOf(s), "-12345.678");
   EXPECT_GE(s.GetCapacity(), sizeof(typename TypeParam::UnitType) == 1 ? 64 : 16);
   {
     AllocationScope scope;
     s.FormatDouble(3.0, 0, true, 1e-9, false, false, false);
     EXPECT_EQ(scope.Allocations(), 0);
   }
-  EXPECT_EQ(Text(s), "3");
+  EXPECT_EQ(TextOf(s), "3");
   EXPECT_EQ(s.GetLength(), 1);
 }
 
@@ -372,22 +357,22 @@ TYPED_TEST(FixedFloat, EveryCallerWritesThePrintfText) {
 
     TypeParam s = Owned<TypeParam>("old");
     s.AssignNumber(value);
-    EXPECT_EQ(Text(s), expected);
+    EXPECT_EQ(TextOf(s), expected);
     s.AppendNumber(value);
-    EXPECT_EQ(Text(s), expected + expected);
+    EXPECT_EQ(TextOf(s), expected + expected);
 
     const TypeParam open = Owned<TypeParam>("<");
     TypeParam built(open + ICStringPieceT<Unit>(value));
-    EXPECT_EQ(Text(built), "<" + expected);
+    EXPECT_EQ(TextOf(built), "<" + expected);
   }
 }
 
 TYPED_TEST(FixedFloat, PadsToTenUnitsWithTwoDecimals) {
   TypeParam s;
   s.AssignNumber(3.5f);
-  EXPECT_EQ(Text(s), "      3.50");
+  EXPECT_EQ(TextOf(s), "      3.50");
   s.AppendNumber(-1234567.0f);
-  EXPECT_EQ(Text(s), "      3.50-1234567.00");
+  EXPECT_EQ(TextOf(s), "      3.50-1234567.00");
 }
 
 }  // namespace

@@ -8,23 +8,18 @@
 
 #include "../string/block_probe.h"
 #include "../string/counting_allocator.h"
+#include "../string/owned_text.h"
 
 namespace ic {
 namespace {
 
+using testing::Owned;
+
+// The text of the string, whose terminator is checked on the way.
 template <class S>
 std::string Text(const S& s) {
-  std::string out;
-  for (int32_t i = 0; i < s.GetLength(); ++i)
-    out += static_cast<char>(s.GetText()[i]);
   EXPECT_EQ(s.GetText()[s.GetLength()], 0);
-  return out;
-}
-
-template <class S>
-S Owned(const std::string& ascii) {
-  const std::basic_string<typename S::UnitType> units(ascii.begin(), ascii.end());
-  return S(units.data(), static_cast<int32_t>(units.size()));
+  return testing::TextOf(s);
 }
 
 template <class S>

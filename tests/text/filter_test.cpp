@@ -12,7 +12,7 @@
 
 #include "../string/block_probe.h"
 #include "../string/counting_allocator.h"
-#include "text_test_util.h"
+#include "../string/owned_text.h"
 
 namespace ic {
 namespace {
@@ -20,6 +20,7 @@ namespace {
 using testing::Owned;
 using testing::TextOf;
 using testing::Units;
+using testing::Utf8;
 
 template <class S>
 class Filters : public ::testing::Test {};
@@ -260,17 +261,6 @@ TEST(FiltersNarrow, CountCodeInCodePoints) {
 // Model tests over std::u32string, narrow and wide.
 
 const char32_t kAlphabet[] = {U'a', U'b', U' ', U'\n', U'\u00e9', U'\u20ac', U'\U0001F600', U'.'};
-
-std::string Utf8(const std::u32string& text) {
-  std::string out;
-  for (char32_t c : text) {
-    char buffer[4];
-    char* cursor = buffer;
-    EncodeCodePoint(cursor, c);
-    out.append(buffer, cursor);
-  }
-  return out;
-}
 
 std::u32string RandomText(std::mt19937& random, int maxLength, bool bmpOnly) {
   std::u32string text;

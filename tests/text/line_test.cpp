@@ -8,7 +8,7 @@
 
 #include "../string/block_probe.h"
 #include "../string/counting_allocator.h"
-#include "text_test_util.h"
+#include "../string/owned_text.h"
 
 namespace ic {
 namespace {

@@ -8,7 +8,7 @@
 #include <ic/string/ic_string.h>
 
 #include "../string/block_probe.h"
-#include "text_test_util.h"
+#include "../string/owned_text.h"
 
 namespace ic {
 namespace {
@@ -109,6 +109,18 @@ TEST(TokensFree, ExplicitLengthIsTheLimit) {
   position = 0;
   EXPECT_EQ(std::u16string(ExtractToken(wide, 3, u';', position, nullptr, false, 1).GetText()),
             u"y");
+}
+
+TEST(TokensFree, WholeTextDelimiter) {
+  const char16_t text[] = u"a::b::c";
+  int32_t position = 0;
+  bool atEnd = false;
+  EXPECT_EQ(std::u16string(
+                ExtractTokenText(text, 7, u"::", position, nullptr, false, 1, &atEnd).GetText()),
+            u"b");
+  EXPECT_EQ(position, 6);
+  EXPECT_FALSE(atEnd);
+  EXPECT_STREQ(ExtractTokenText("x--y", 4, "--", position = 0).GetText(), "x");
 }
 
 TEST(TokensNarrow, MultiByteDelimitersAndQuotes) {

@@ -9,7 +9,7 @@
 
 #include "../string/block_probe.h"
 #include "../string/counting_allocator.h"
-#include "text_test_util.h"
+#include "../string/owned_text.h"
 
 namespace ic {
 namespace {
@@ -121,16 +121,6 @@ TEST(TrimNarrow, SkipLeftPointsIntoTheText) {
 TEST(TrimNarrow, MatchesAReferenceOnRandomText) {
   const char32_t alphabet[] = {U'a', U' ', U'\u00e9', U'\u20ac', U'\U0001F600', U'b'};
   std::mt19937 random(8);
-  auto utf8 = [](const std::u32string& text) {
-    std::string out;
-    for (char32_t c : text) {
-      char buffer[4];
-      char* cursor = buffer;
-      EncodeCodePoint(cursor, c);
-      out.append(buffer, cursor);
-    }
-    return out;
-  };
   for (int trial = 0; trial < 3000; ++trial) {
     std::u32string text, set;
     for (int i = random() % 12; i > 0; --i)
@@ -142,11 +132,11 @@ TEST(TrimNarrow, MatchesAReferenceOnRandomText) {
       ++first;
     while (last > first && set.find(text[last - 1]) != std::u32string::npos)
       --last;
-    ICStringShared s(utf8(text).c_str());
+    ICStringShared s(testing::Utf8(text).c_str());
     const ICStringShared other = s;
-    s.Trim(utf8(set).c_str());
-    ASSERT_EQ(std::string(s.GetText()), utf8(text.substr(first, last - first)));
-    ASSERT_EQ(std::string(other.GetText()), utf8(text));
+    s.Trim(testing::Utf8(set).c_str());
+    ASSERT_EQ(std::string(s.GetText()), testing::Utf8(text.substr(first, last - first)));
+    ASSERT_EQ(std::string(other.GetText()), testing::Utf8(text));
   }
 }
 

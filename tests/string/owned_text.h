@@ -1,10 +1,12 @@
-// Helpers of the text member tests: ASCII and UTF-8 texts in any string, and the text back.
+// Test helpers: a narrow text as the units of either width, a string of any shape owning a
+// copy of it, the text of a string back, and code points as UTF-8.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 #include <ic/string/ic_string.h>
+#include <ic/string/utf8.h>
 
 namespace ic::testing {
 
@@ -30,6 +32,18 @@ std::string TextOf(const S& s) {
   std::string out;
   for (int32_t i = 0; i < s.GetLength(); ++i)
     out += static_cast<char>(s.GetText()[i]);
+  return out;
+}
+
+/// Code points as UTF-8 (values UTF-8 cannot hold are left out).
+inline std::string Utf8(const std::u32string& text) {
+  std::string out;
+  for (char32_t c : text) {
+    char buffer[4];
+    char* cursor = buffer;
+    EncodeCodePoint(cursor, c);
+    out.append(buffer, cursor);
+  }
   return out;
 }
 
