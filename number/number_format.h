@@ -186,4 +186,10 @@ inline int32_t FormatPointer(char16_t* buffer, int32_t bufferLength, uint32_t va
   return FormatHex(buffer, bufferLength, value, 4, DefaultHexFormat<char16_t>);
 }
 
+/// Writes a 32-bit float as "%10.2f" writes it ('      3.50'; see internal/fixed_float.h).
+/// Measure or write: with a null buffer or one shorter than the text and its terminator, writes
+/// nothing and returns the size needed with the terminator; else writes both and returns 0.
+IC_API int32_t FormatNumber(char* buffer, int32_t bufferLength, float value) noexcept;
+IC_API int32_t FormatNumber(char16_t* buffer, int32_t bufferLength, float value) noexcept;
+
 }  // namespace ic

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include <ic/number/internal/fixed_float.h>
 #include <ic/string/ic_string.h>
 
 namespace ic {
@@ -149,6 +150,18 @@ template <class Unit, class Storage>
 auto ICStringNumberMembers<BasicICString<Unit, Storage>>::AppendNumber(const void* pointer)
     -> Str& {
   return AppendHex(static_cast<Str&>(*this), PointerValue(pointer), sizeof(void*));
+}
+
+template <class Unit, class Storage>
+auto ICStringNumberMembers<BasicICString<Unit, Storage>>::AssignNumber(float value) -> Str& {
+  Unit text[internal::kFixedFloatUnits];
+  return static_cast<Str&>(*this).Assign(text, internal::FormatFixedFloat(text, value));
+}
+
+template <class Unit, class Storage>
+auto ICStringNumberMembers<BasicICString<Unit, Storage>>::AppendNumber(float value) -> Str& {
+  Unit text[internal::kFixedFloatUnits];
+  return static_cast<Str&>(*this).Append(text, internal::FormatFixedFloat(text, value));
 }
 
 IC_INSTANTIATE_STRING_MIXIN(ICStringNumberMembers)

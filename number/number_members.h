@@ -77,6 +77,11 @@ class ICStringNumberMembers<BasicICString<Unit, Storage>> {
 
   /// Appends the pointer's value in hexadecimal (DefaultHexFormat).
   Str& AppendNumber(const void* pointer);
+
+  /// Replaces the text by a 32-bit float as "%10.2f" writes it ('      3.50').
+  Str& AssignNumber(float value);
+  /// Appends a 32-bit float as "%10.2f" writes it.
+  Str& AppendNumber(float value);
 };
 
 IC_EXTERN_STRING_MIXIN(ICStringNumberMembers)

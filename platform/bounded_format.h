@@ -7,9 +7,9 @@
 // _vsnprintf_s / _vsnwprintf_s with _TRUNCATE. A `count` of 0 writes nothing and answers -1.
 //
 // Narrow formats go to vsnprintf. Wide formats use the native 16-bit formatter under _WIN32;
-// elsewhere, where wchar_t is 32 bits wide, the format is turned into UTF-8, formatted narrow
-// and the result widened to UTF-16. Off Windows the arguments of a wide format are therefore
-// those of the narrow one (%s takes a narrow text); numeric conversions behave alike on both.
+// elsewhere, where wchar_t is 32 bits wide, the platform layer's own 16-bit formatter
+// (wide_format.h), which takes its arguments as the Windows one does: "%s" a 16-bit text, "%S"
+// and "%hs" a narrow one, "%c" a 16-bit unit; numbers format as the narrow formatter does.
 #pragma once
 
 #include <cstdarg>

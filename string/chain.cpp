@@ -2,8 +2,8 @@
 
 #include <cstring>
 
+#include <ic/number/internal/fixed_float.h>
 #include <ic/number/number_format.h>
-#include <ic/platform/bounded_format.h>
 #include <ic/platform/export.h>
 #include <ic/string/move_units.h>
 #include <ic/string/utf8.h>
@@ -11,15 +11,12 @@
 namespace ic {
 namespace {
 
-// The float piece's text: "%10.2f" of the value widened to double, in a buffer of 100 units,
-// which holds any 32-bit float.
-constexpr int kFloatBufferUnits = 100;
+// The float piece's text: the one fixed float form of the number formatters.
+constexpr int kFloatBufferUnits = internal::kFixedFloatUnits;
 
-int FormatFloat(char* buffer, float value) noexcept {
-  return platform::BoundedFormat(buffer, kFloatBufferUnits, "%10.2f", static_cast<double>(value));
-}
-int FormatFloat(char16_t* buffer, float value) noexcept {
-  return platform::BoundedFormat(buffer, kFloatBufferUnits, u"%10.2f", static_cast<double>(value));
+template <class Unit>
+int FormatFloat(Unit* buffer, float value) noexcept {
+  return internal::FormatFixedFloat(buffer, value);
 }
 
 float FloatFromBits(uint64_t value) noexcept {

@@ -21,7 +21,9 @@
 #include <ic/markup/html_members.h>
 #include <ic/markup/quoted_printable_members.h>
 #include <ic/markup/xml_members.h>
+#include <ic/number/double_members.h>
 #include <ic/number/number_members.h>
+#include <ic/number/numbering_members.h>
 #include <ic/path/file_url_members.h>
 #include <ic/path/path_members.h>
 #include <ic/path/percent_members.h>
@@ -38,7 +40,12 @@
 #include <ic/string/utf_members.h>
 #include <ic/string/view_storage.h>
 #include <ic/text/case_members.h>
+#include <ic/text/filter_members.h>
+#include <ic/text/line_members.h>
+#include <ic/text/qualified_name_members.h>
 #include <ic/text/search_members.h>
+#include <ic/text/token_members.h>
+#include <ic/text/trim_members.h>
 
 namespace ic {
 
@@ -78,7 +85,14 @@ class BasicICString : public Storage,
                       public ICStringRelativeMembers<BasicICString<Unit, Storage>>,
                       public ICStringXmlMembers<BasicICString<Unit, Storage>>,
                       public ICStringHtmlMembers<BasicICString<Unit, Storage>>,
-                      public ICStringQuotedPrintableMembers<BasicICString<Unit, Storage>> {
+                      public ICStringQuotedPrintableMembers<BasicICString<Unit, Storage>>,
+                      public ICStringDoubleMembers<BasicICString<Unit, Storage>>,
+                      public ICStringNumberingMembers<BasicICString<Unit, Storage>>,
+                      public ICStringTrimMembers<BasicICString<Unit, Storage>>,
+                      public ICStringTokenMembers<BasicICString<Unit, Storage>>,
+                      public ICStringFilterMembers<BasicICString<Unit, Storage>>,
+                      public ICStringLineMembers<BasicICString<Unit, Storage>>,
+                      public ICStringQualifiedNameMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;

@@ -1,0 +1,30 @@
+#include <ic/number/numbering_members.h>
+
+#include <ic/number/internal/numbering.h>
+#include <ic/string/ic_string.h>
+
+namespace ic {
+
+template <class Unit, class Storage>
+auto ICStringNumberingMembers<BasicICString<Unit, Storage>>::SetAlphabeticNumber(int32_t value,
+                                                                                 bool upperCase)
+    -> Str& {
+  Unit text[internal::kAlphabeticNumberUnits];
+  const int32_t length = internal::WriteAlphabeticNumber(text, value, upperCase);
+  return static_cast<Str&>(*this).Assign(text, length);  // a length of 0 clears
+}
+
+template <class Unit, class Storage>
+auto ICStringNumberingMembers<BasicICString<Unit, Storage>>::SetRomanNumber(int32_t value,
+                                                                            bool upperCase)
+    -> Str& {
+  Str& self = static_cast<Str&>(*this);
+  Unit text[internal::kRomanNumberUnits];
+  const int32_t length = internal::WriteRomanNumber(text, value, upperCase);
+  if (length > 0) self._PrepareReplace(internal::kRomanNumberUnits);
+  return self.Assign(text, length);
+}
+
+IC_INSTANTIATE_STRING_MIXIN(ICStringNumberingMembers)
+
+}  // namespace ic
