@@ -8,6 +8,8 @@
 
 #include <ic/string/chain.h>
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/positions.h>
+#include <ic/string/internal/replace_core.h>
 #include <ic/string/utf8.h>
 #include <ic/string/write_steps.h>
 
@@ -34,39 +36,6 @@ TextArgument<char16_t> MakeCodePointArgument(char16_t, uint32_t codePoint) noexc
 }  // namespace internal
 
 namespace {
-
-constexpr int32_t kWholeText = 0x7fffffff;
-
-/// Units of `count` characters from `text`, for a narrow text in characters; otherwise the count
-/// itself. Never more than `available`, never negative.
-template <class Unit>
-int32_t CountUnits(const Unit* text, int32_t count, bool lengthInUnits, int32_t available) {
-  if (count <= 0) return 0;
-  if constexpr (sizeof(Unit) == 1) {
-    if (!lengthInUnits && count != kWholeText)
-      count = GetUTF8Offset(text, static_cast<uint32_t>(count));
-  }
-  return std::min(count, available);
-}
-
-/// The backward walk over UTF-8: one byte at a time, each byte that is not a continuation byte
-/// (top bits 10) ends one code point; stops after n of them or at the start.
-const char* StepBackCodePoints(const char* start, const char* end, int32_t n) {
-  const char* p = end;
-  while (n > 0 && p > start) {
-    --p;
-    if ((static_cast<unsigned char>(*p) & 0xc0) != 0x80) --n;
-  }
-  return p;
-}
-
-/// Finds `needle` in text[from, length); -1 if absent.
-template <class Unit>
-int64_t FindUnits(std::basic_string_view<Unit> text, std::basic_string_view<Unit> needle,
-                  int64_t from) {
-  const size_t at = text.find(needle, static_cast<size_t>(from));
-  return at == std::basic_string_view<Unit>::npos ? -1 : static_cast<int64_t>(at);
-}
 
 /// Size of a narrow sequence starting at `p`, cut at `end`; 1 for a wide unit.
 template <class Unit>
@@ -119,34 +88,6 @@ int64_t MeasureNormalized(const Unit* in, const Unit* end) {
   return count;
 }
 
-template <class Unit>
-const Unit* EmptyUnits() {
-  static const Unit empty[1] = {0};
-  return empty;
-}
-
-/// A small list of match offsets that keeps the first entries on the stack.
-class OffsetList {
- public:
-  void Add(int64_t offset) {
-    if (_size == kMaxEntries) throw std::length_error("list too long");
-    if (_size < kLocal)
-      _local[_size] = offset;
-    else
-      _heap.push_back(offset);
-    ++_size;
-  }
-  int64_t operator[](size_t i) const { return i < kLocal ? _local[i] : _heap[i - kLocal]; }
-  size_t Size() const { return _size; }
-
- private:
-  static constexpr size_t kLocal = 64;
-  static constexpr size_t kMaxEntries = 0x15555555;
-  int64_t _local[kLocal];
-  std::vector<int64_t> _heap;
-  size_t _size = 0;
-};
-
 }  // namespace
 
 // --- Positions -------------------------------------------------------------------------------
@@ -155,17 +96,13 @@ template <class Unit, class Storage>
 int32_t ICStringEditMembers<BasicICString<Unit, Storage>>::_ToUnitsIn(const Unit* text,
                                                                       int32_t position,
                                                                       bool lengthInUnits) noexcept {
-  if constexpr (IsNarrow) {
-    if (!lengthInUnits && position > 0 && position != kWholeText)
-      return GetUTF8Offset(text, static_cast<uint32_t>(position));
-  }
-  return position;
+  return internal::UnitOffsetOf(text, position, lengthInUnits);
 }
 
 template <class Unit, class Storage>
 int32_t ICStringEditMembers<BasicICString<Unit, Storage>>::GetCharCount(
     bool lengthInUnits) const noexcept {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   if constexpr (IsNarrow) {
     if (!lengthInUnits) return static_cast<int32_t>(CountCodePoints(self.GetText()));
   }
@@ -178,10 +115,11 @@ template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::Left(int32_t count,
                                                              bool lengthInUnits) const noexcept
     -> Str {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   if (count < 0) return Str();
   if (count >= GetCharCount(lengthInUnits)) return Str(self);
-  const int32_t units = CountUnits(self.GetText(), count, lengthInUnits, self.GetLength());
+  const int32_t units =
+      internal::CountUnits(self.GetText(), count, lengthInUnits, self.GetLength());
   return Str(self.GetText(), units);
 }
 
@@ -189,7 +127,7 @@ template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::Mid(int32_t position,
                                                             bool lengthInUnits) const noexcept
     -> Str {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   if (position <= 0) return Str(self);
   if (position > GetCharCount(lengthInUnits)) return Str();
   const int32_t length = self.GetLength();
@@ -200,25 +138,23 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::Mid(int32_t position,
 template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::Mid(int32_t position, bool lengthInUnits,
                                                             int32_t count) const noexcept -> Str {
-  const Str& self = static_cast<const Str&>(*this);
-  int64_t wanted = count;
-  if (position < 0) {
-    wanted += position;
-    position = 0;
-  }
+  const Str& self = Self();
+  const internal::FoldedRange folded = internal::FoldNegativePosition(position, count);
+  position = folded.Position;
+  const int64_t wanted = folded.Count;
   const int32_t length = self.GetLength();
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
   if (offset >= length || wanted < 1) return Str();
   const Unit* const from = self.GetText() + offset;
   const int32_t units =
-      CountUnits(from, static_cast<int32_t>(wanted), lengthInUnits, length - offset);
+      internal::CountUnits(from, static_cast<int32_t>(wanted), lengthInUnits, length - offset);
   return Str(from, units);
 }
 
 template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::GetTailPointer(
     int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   if (position < 1) return self.GetText();
   if (position > GetCharCount(lengthInUnits)) return nullptr;
   return self.GetText() + _ToUnitsIn(self.GetText(), position, lengthInUnits);
@@ -229,25 +165,23 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::GetSpan(int32_t& length,
                                                                 bool lengthInUnits,
                                                                 int32_t count) const noexcept
     -> const Unit* {
-  const Str& self = static_cast<const Str&>(*this);
-  int64_t wanted = count;
-  if (position < 0) {
-    wanted += position;
-    position = 0;
-  }
+  const Str& self = Self();
+  const internal::FoldedRange folded = internal::FoldNegativePosition(position, count);
+  position = folded.Position;
+  const int64_t wanted = folded.Count;
   const int32_t total = self.GetLength();
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
   if (offset >= total) return nullptr;
   const Unit* const from = self.GetText() + offset;
-  length = CountUnits(from, static_cast<int32_t>(std::max<int64_t>(wanted, 0)), lengthInUnits,
-                      total - offset);
+  length = internal::CountUnits(from, static_cast<int32_t>(std::max<int64_t>(wanted, 0)),
+                                lengthInUnits, total - offset);
   return from;
 }
 
 template <class Unit, class Storage>
 bool ICStringEditMembers<BasicICString<Unit, Storage>>::GetPositionAt(
     const Unit*& slot, int32_t index, bool lengthInUnits) const noexcept {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   if (index < 1) {
     slot = self.GetText();
     return true;
@@ -260,7 +194,7 @@ bool ICStringEditMembers<BasicICString<Unit, Storage>>::GetPositionAt(
 template <class Unit, class Storage>
 bool ICStringEditMembers<BasicICString<Unit, Storage>>::GetPositionFromEnd(
     const Unit*& slot, int32_t count, bool lengthInUnits) const noexcept {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   if (count < 0) return false;
   if (count >= GetCharCount(lengthInUnits)) {
     slot = self.GetText();
@@ -269,7 +203,7 @@ bool ICStringEditMembers<BasicICString<Unit, Storage>>::GetPositionFromEnd(
   const Unit* const end = self.GetEnd();
   if constexpr (IsNarrow) {
     if (!lengthInUnits) {
-      slot = StepBackCodePoints(self.GetText(), end, count);
+      slot = internal::StepBackCodePoints(self.GetText(), end, count);
       return true;
     }
   }
@@ -282,13 +216,13 @@ bool ICStringEditMembers<BasicICString<Unit, Storage>>::GetPositionFromEnd(
 template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::KeepLeft(int32_t count, bool lengthInUnits)
     -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (count <= 0) {
     self._Clear();
     return self;
   }
   const int32_t length = self.GetLength();
-  const int32_t units = CountUnits(self.GetText(), count, lengthInUnits, length);
+  const int32_t units = internal::CountUnits(self.GetText(), count, lengthInUnits, length);
   if (units < length) {
     internal::PrepareInPlace(self);
     self._SetStringEnd(units);
@@ -298,7 +232,7 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::KeepLeft(int32_t count, 
 
 template <class Unit, class Storage>
 void ICStringEditMembers<BasicICString<Unit, Storage>>::_RemoveBefore(const Unit* from) {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const ptrdiff_t offset = from - self.GetText();
   if (offset <= 0) return;
   const int32_t length = self.GetLength();
@@ -312,7 +246,7 @@ void ICStringEditMembers<BasicICString<Unit, Storage>>::_RemoveBefore(const Unit
 template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::KeepFrom(int32_t position,
                                                                  bool lengthInUnits) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (position <= 0) return self;
   if (position > GetCharCount(lengthInUnits)) {
     self._Clear();
@@ -326,21 +260,19 @@ template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::KeepRange(int32_t position,
                                                                   bool lengthInUnits, int32_t count)
     -> Str& {
-  Str& self = static_cast<Str&>(*this);
-  int64_t wanted = count;
-  if (position < 0) {
-    wanted += position;
-    position = 0;
-  }
+  Str& self = Self();
+  const internal::FoldedRange folded = internal::FoldNegativePosition(position, count);
+  position = folded.Position;
+  const int64_t wanted = folded.Count;
   const int32_t length = self.GetLength();
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
   if (offset >= length) {
     self._Clear();
     return self;
   }
-  const int32_t units =
-      CountUnits(self.GetText() + offset, static_cast<int32_t>(std::max<int64_t>(wanted, 0)),
-                 lengthInUnits, length - offset);
+  const int32_t units = internal::CountUnits(self.GetText() + offset,
+                                             static_cast<int32_t>(std::max<int64_t>(wanted, 0)),
+                                             lengthInUnits, length - offset);
   if (offset == 0 && units == length) return self;  // the whole text: nothing to write
   internal::PrepareInPlace(self);
   Unit* const buffer = self._GetBuffer();
@@ -352,18 +284,16 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::KeepRange(int32_t positi
 template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::Remove(int32_t position, bool lengthInUnits,
                                                                int32_t count) -> Str& {
-  Str& self = static_cast<Str&>(*this);
-  int64_t wanted = count;
-  if (position < 0) {
-    wanted += position;
-    position = 0;
-  }
+  Str& self = Self();
+  const internal::FoldedRange folded = internal::FoldNegativePosition(position, count);
+  position = folded.Position;
+  const int64_t wanted = folded.Count;
   if (wanted < 0) return self;
   const int32_t length = self.GetLength();
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
   if (offset >= length) return self;
-  const int32_t units = CountUnits(self.GetText() + offset, static_cast<int32_t>(wanted),
-                                   lengthInUnits, length - offset);
+  const int32_t units = internal::CountUnits(self.GetText() + offset, static_cast<int32_t>(wanted),
+                                             lengthInUnits, length - offset);
   if (units == 0) return self;
   internal::PrepareInPlace(self);
   if (offset + units >= length) {
@@ -381,7 +311,7 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::Remove(int32_t position,
 
 template <class Unit, class Storage>
 Unit* ICStringEditMembers<BasicICString<Unit, Storage>>::_OpenGap(int32_t count, int32_t position) {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const int32_t length = self.GetLength();
   self._PrepareGrow(length + count);
   Unit* const buffer = self._GetBuffer();
@@ -396,7 +326,7 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::_InsertUnits(const Unit*
                                                                      int32_t length,
                                                                      int32_t position,
                                                                      bool lengthInUnits) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (text == nullptr || length < 1 || position < 0) return self;
   if (position > GetCharCount(lengthInUnits)) return self;
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
@@ -421,7 +351,7 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::Insert(const ICStringCha
 template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::Insert(const Unit* source, int32_t position,
                                                                bool lengthInUnits) -> Str& {
-  if (source == nullptr) return static_cast<Str&>(*this);
+  if (source == nullptr) return Self();
   return _InsertUnits(source, internal::MeasureText(source), position, lengthInUnits);
 }
 
@@ -444,7 +374,7 @@ template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::SetTail(int32_t position,
                                                                 bool lengthInUnits,
                                                                 const Unit* text) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (position < 0) position = 0;
   const int32_t length = self.GetLength();
   const int32_t offset = std::min(_ToUnitsIn(self.GetText(), position, lengthInUnits), length);
@@ -470,13 +400,13 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::PutRepeated(const Unit* 
                                                                     int32_t repeatCount,
                                                                     int32_t position,
                                                                     bool lengthInUnits) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const int32_t size = value ? internal::MeasureText(value) : 0;
   if (size == 0 || position < 0 || repeatCount < 1) return self;
   if (position > GetCharCount(lengthInUnits)) return self;
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
   const int64_t newLength = offset + int64_t{size} * repeatCount;
-  if (newLength > kWholeText) throw std::length_error("ICString::PutRepeated too long");
+  if (newLength > EndOfText) throw std::length_error("ICString::PutRepeated too long");
   self._PrepareGrow(static_cast<int32_t>(newLength));
   Unit* const at = self._GetBuffer() + offset;
   // The first copy, then the written part doubles until the total is reached.
@@ -519,15 +449,15 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::ReplaceRange(int32_t pos
                                                                      const Unit* text,
                                                                      int32_t textLength) noexcept
     -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (text == nullptr) return self;
   const int32_t size = textLength < 0 ? internal::MeasureText(text) : textLength;
   if (size == 0 || position < 0) return self;
   if (position > GetCharCount(lengthInUnits)) return self;
   const int32_t length = self.GetLength();
   const int32_t offset = std::min(_ToUnitsIn(self.GetText(), position, lengthInUnits), length);
-  const int32_t units =
-      CountUnits(self.GetText() + offset, std::max(count, 0), lengthInUnits, length - offset);
+  const int32_t units = internal::CountUnits(self.GetText() + offset, std::max(count, 0),
+                                             lengthInUnits, length - offset);
   const int32_t newLength = length - units + size;
   if (size <= units) {
     internal::PrepareInPlace(self);
@@ -557,7 +487,7 @@ template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::ReplaceRange(
     int32_t position, bool lengthInUnits, int32_t count, char32_t codePoint) noexcept -> Str& {
   const auto a = internal::MakeCodePointArgument(Unit{}, codePoint);
-  if (a.Length == 0) return static_cast<Str&>(*this);
+  if (a.Length == 0) return Self();
   return ReplaceRange(position, lengthInUnits, count, a.Data(), a.Length);
 }
 
@@ -567,137 +497,14 @@ int32_t ICStringEditMembers<BasicICString<Unit, Storage>>::ReplaceAll(const Unit
                                                                       const Unit* text,
                                                                       int32_t textLength,
                                                                       int32_t maxCount) {
-  Str& self = static_cast<Str&>(*this);
-  if (needle == nullptr) return 0;
-  if (needleLength < 0) needleLength = internal::MeasureText(needle);
-  if (needleLength == 0) return 0;
-  if (text == nullptr) {
-    text = EmptyUnits<Unit>();
-    textLength = 0;
-  } else if (textLength < 0) {
-    textLength = internal::MeasureText(text);
-  }
-  if (maxCount <= 0) maxCount = kWholeText;
-
-  const int32_t length = self.GetLength();
-  if (length < needleLength) return 0;
-  // Arguments that lie in this string's own block would move under the write: use copies.
-  std::basic_string<Unit> needleCopy, textCopy;
-  const int64_t capacity = std::max(self.GetCapacity(), length);
-  if (internal::PointsInto(needle, self.GetText(), capacity)) {
-    needleCopy.assign(needle, static_cast<size_t>(needleLength));
-    needle = needleCopy.c_str();
-  }
-  if (internal::PointsInto(text, self.GetText(), capacity)) {
-    textCopy.assign(text, static_cast<size_t>(textLength));
-    text = textCopy.c_str();
-  }
-  const std::basic_string_view<Unit> pattern(needle, static_cast<size_t>(needleLength));
-
-  const int64_t first = FindUnits(
-      std::basic_string_view<Unit>(self.GetText(), static_cast<size_t>(length)), pattern, 0);
-  if (first < 0) return 0;
-
-  if (textLength == needleLength) {
-    // In place, no list: the text behind each match is still the old text.
-    internal::PrepareInPlace(self);
-    Unit* const buffer = self._GetBuffer();
-    const std::basic_string_view<Unit> view(buffer, static_cast<size_t>(length));
-    int32_t count = 0;
-    for (int64_t at = first; at >= 0;) {
-      CopyUnits(buffer + at, text, static_cast<size_t>(textLength));
-      if (++count == maxCount) break;
-      at = FindUnits(view, pattern, at + needleLength);
-    }
-    return count;
-  }
-
-  if (textLength < needleLength) {
-    // Shrinking: one forward pass that searches ahead of the write position, over text that
-    // has not been written yet, and compacts behind it.
-    internal::PrepareInPlace(self);
-    Unit* const buffer = self._GetBuffer();
-    const std::basic_string_view<Unit> view(buffer, static_cast<size_t>(length));
-    int64_t write = first;
-    int64_t read = first;
-    int32_t count = 0;
-    for (int64_t at = first; at >= 0;) {
-      if (at > read) {
-        std::memmove(buffer + write, buffer + read, static_cast<size_t>(at - read) * sizeof(Unit));
-        write += at - read;
-      }
-      CopyUnits(buffer + write, text, static_cast<size_t>(textLength));
-      write += textLength;
-      read = at + needleLength;
-      if (++count == maxCount) break;
-      at = FindUnits(view, pattern, read);
-    }
-    std::memmove(buffer + write, buffer + read,
-                 (static_cast<size_t>(length - read) + 1) * sizeof(Unit));
-    self._SetStoredLength(static_cast<int32_t>(write + (length - read)));
-    return count;
-  }
-
-  // Growing: all matches first (over the old text), then the new text in room of exactly the
-  // new length: written forward into a new block when the old one is too small, else moved
-  // backward within the block. Either way each part of the text moves once.
-  OffsetList offsets;
-  {
-    const std::basic_string_view<Unit> view(self.GetText(), static_cast<size_t>(length));
-    for (int64_t at = first; at >= 0;) {
-      offsets.Add(at);
-      if (offsets.Size() == static_cast<size_t>(maxCount)) break;
-      at = FindUnits(view, pattern, at + needleLength);
-    }
-  }
-  const int64_t n = static_cast<int64_t>(offsets.Size());
-  const int64_t newLength = length + n * (textLength - needleLength);
-  if (newLength > kWholeText) throw std::length_error("ICString::ReplaceAll too long");
-  bool inlineCapable = false;
-  if constexpr (Str::IsUnique) inlineCapable = (self._GetShareWord() & InlineCapable) != 0;
-  if (newLength > self.GetCapacity() && !inlineCapable) {
-    // The block must grow anyway: the new text is written once, forward, into a block of
-    // exactly the new length, which then replaces the old one (as the growth would have).
-    ICStringUniqueT<Unit> result;
-    result._Reserve(static_cast<int32_t>(newLength), 0);
-    Unit* out = result._GetBuffer();
-    const Unit* const in = self.GetText();
-    int64_t read = 0;
-    for (size_t i = 0; i < offsets.Size(); ++i) {
-      const int64_t at = offsets[i];
-      CopyUnits(out, in + read, static_cast<size_t>(at - read));
-      out += at - read;
-      CopyUnits(out, text, static_cast<size_t>(textLength));
-      out += textLength;
-      read = at + needleLength;
-    }
-    CopyUnits(out, in + read, static_cast<size_t>(length - read) + 1);
-    result._SetStoredLength(static_cast<int32_t>(newLength));
-    self = std::move(result);
-    return static_cast<int32_t>(n);
-  }
-  // Room is there: one backward pass moves each part of the text once.
-  self._PrepareGrow(static_cast<int32_t>(newLength));
-  Unit* const buffer = self._GetBuffer();
-  int64_t readEnd = length + 1;  // the terminator moves with the last part
-  int64_t writeEnd = newLength + 1;
-  for (int64_t i = n - 1; i >= 0; --i) {
-    const int64_t tail = offsets[static_cast<size_t>(i)] + needleLength;
-    const int64_t part = readEnd - tail;
-    writeEnd -= part;
-    std::memmove(buffer + writeEnd, buffer + tail, static_cast<size_t>(part) * sizeof(Unit));
-    writeEnd -= textLength;
-    CopyUnits(buffer + writeEnd, text, static_cast<size_t>(textLength));
-    readEnd = offsets[static_cast<size_t>(i)];
-  }
-  self._SetStoredLength(static_cast<int32_t>(newLength));
-  return static_cast<int32_t>(n);
+  auto target = internal::EditTarget<Unit>::Of(Self());
+  return internal::ReplaceAllUnits(target, needle, needleLength, text, textLength, maxCount);
 }
 
 template <class Unit, class Storage>
 int32_t ICStringEditMembers<BasicICString<Unit, Storage>>::Replace(char32_t from,
                                                                    char32_t to) requires(IsNarrow) {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (to == 0 || from == 0) return 0;
   if (from < 0x80 && to < 0x80) {
     const int32_t length = self.GetLength();
@@ -725,7 +532,7 @@ int32_t ICStringEditMembers<BasicICString<Unit, Storage>>::Replace(char32_t from
 template <class Unit, class Storage>
 int32_t ICStringEditMembers<BasicICString<Unit, Storage>>::Replace(char16_t from,
                                                                    char16_t to) requires(IsWide) {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (to == 0 || from == 0) return 0;
   const int32_t length = self.GetLength();
   const std::u16string_view view(self.GetText(), static_cast<size_t>(length));
@@ -746,7 +553,7 @@ int32_t ICStringEditMembers<BasicICString<Unit, Storage>>::Replace(char16_t from
 template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::ReplaceAnyOf(const Unit* set,
                                                                      Unit replacement) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (set == nullptr || set[0] == 0) return self;
   const int32_t length = self.GetLength();
   if constexpr (IsWide) {
@@ -810,11 +617,11 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::ReplaceAnyOf(const Unit*
 template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::NormalizeLineEnds(
     const Unit* source, const Unit* lineEnd) noexcept -> Str& {
-  Str& self = static_cast<Str&>(*this);
-  if (lineEnd == nullptr) lineEnd = EmptyUnits<Unit>();
+  Str& self = Self();
+  if (lineEnd == nullptr) lineEnd = EmptyText<Unit>();
   const int32_t lineEndLength = internal::MeasureText(lineEnd);
   const bool fromSelf = source == self.GetText();
-  if (source == nullptr) source = EmptyUnits<Unit>();
+  if (source == nullptr) source = EmptyText<Unit>();
   const int32_t sourceLength = fromSelf ? self.GetLength() : internal::MeasureText(source);
   const Unit cr = Unit('\r');
   const Unit lf = Unit('\n');
@@ -878,7 +685,7 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::NormalizeLineEnds(
 template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::NormalizeLineEnds(
     const Unit* lineEnd) noexcept -> Str& {
-  return NormalizeLineEnds(static_cast<Str&>(*this).GetText(), lineEnd);
+  return NormalizeLineEnds(Self().GetText(), lineEnd);
 }
 
 template <class Unit, class Storage>
@@ -896,13 +703,13 @@ auto ICStringEditMembers<BasicICString<Unit, Storage>>::NormalizeLineEnds(
 template <class Unit, class Storage>
 auto ICStringEditMembers<BasicICString<Unit, Storage>>::NormalizeLineEnds(
     ICLineEnd lineEnd) noexcept -> Str& {
-  return NormalizeLineEnds(static_cast<Str&>(*this).GetText(), lineEnd);
+  return NormalizeLineEnds(Self().GetText(), lineEnd);
 }
 
 template <class Unit, class Storage>
 bool ICStringEditMembers<BasicICString<Unit, Storage>>::IsLineEndAt(
     int32_t position, bool lengthInUnits) const noexcept {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   if (position < 0) return false;
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
   if (offset >= self.GetLength()) return false;

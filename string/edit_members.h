@@ -2,7 +2,7 @@
 // Mixed into BasicICString.
 //
 // Positions and counts are code units, or for a narrow string with lengthInUnits false
-// characters (code points), turned into units with GetUTF8Offset; the value 0x7fffffff is taken
+// characters (code points), turned into units with GetUTF8Offset; EndOfText is taken
 // as it stands, and wide strings ignore the flag. When a member has both a position and a count
 // in characters, the count is walked from the converted position. Out-of-range arguments are no
 // errors: each member says what it does with them, which is mostly nothing.
@@ -19,6 +19,7 @@
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
 #include <ic/string/range.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -87,11 +88,9 @@ template <class Str>
 class ICStringEditMembers;
 
 template <class Unit, class Storage>
-class ICStringEditMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
-  static constexpr bool IsNarrow = std::is_same_v<Unit, char>;
-  static constexpr bool IsWide = std::is_same_v<Unit, char16_t>;
-  static constexpr bool IsView = std::is_same_v<Storage, ICStringViewStorage<Unit>>;
+class ICStringEditMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringEditMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringEditMembers);
 
  public:
   /// @name Reading parts
@@ -103,6 +102,8 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
 
   /// A new string of this shape with the first `count` units or characters. Negative: the empty
   /// data. A count not below GetCharCount: a copy of the whole (a view copies as views do).
+  /// Left and Mid build their result in a temporary and are noexcept by contract: a failed
+  /// allocation ends the process.
   Str Left(int32_t count, bool lengthInUnits = true) const noexcept;
   /// A new string with the text from `position` to the end. Position 0 or below: a copy of the
   /// whole; above the length: the empty data.
@@ -134,7 +135,7 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   template <class ResultStorage>
   void GetTextFrom(BasicICString<Unit, ResultStorage>& result, int32_t index,
                    bool lengthInUnits = true) const {
-    const Str& self = static_cast<const Str&>(*this);
+    const Str& self = Self();
     if (index < 1) {
       result.Assign(self);
       return;
@@ -154,7 +155,7 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   template <class ResultStorage>
   void GetTextFromEnd(BasicICString<Unit, ResultStorage>& result, int32_t count,
                       bool lengthInUnits = true) const {
-    const Str& self = static_cast<const Str&>(*this);
+    const Str& self = Self();
     const Unit* from = nullptr;
     if (!GetPositionFromEnd(from, count, lengthInUnits)) return;
     if (from == self.GetText()) {
@@ -168,7 +169,7 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   template <class OtherStorage>
   Str& AssignMid(const BasicICString<Unit, OtherStorage>& other, int32_t position,
                  bool lengthInUnits = true) {
-    Str& self = static_cast<Str&>(*this);
+    Str& self = Self();
     if (static_cast<const void*>(&other) == static_cast<const void*>(&self))
       return KeepFrom(position, lengthInUnits);
     if (position <= 0) return self.Assign(other);
@@ -223,7 +224,7 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   /// Inserts one 16-bit unit (wide strings); zero: nothing.
   Str& Insert(char16_t unit, int32_t position, bool lengthInUnits = true) requires(IsWide);
 
-  /// Room for the length plus `count` with the text kept; the tail from the unit `position` on
+  /// Room for the length plus `count`, keeping the text; the tail from the unit `position` on
   /// moves up by `count` with its terminator and the new length is stored. Returns the gap,
   /// whose units are left as they are.
   Unit* _OpenGap(int32_t count, int32_t position);
@@ -255,7 +256,7 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   /// Remove); so do a negative position and one past the end. A negative count counts as 0, one
   /// past the end is cut to it. A replacement that is not longer than the range is written in
   /// place; a longer one is built in a new block of exactly the new length, which replaces the
-  /// old block.
+  /// old block. Noexcept by contract: a failed allocation ends the process.
   Str& ReplaceRange(int32_t position, bool lengthInUnits, int32_t count, const Unit* text,
                     int32_t textLength = -1) noexcept;
   /// The same with one code point (narrow: UTF-8; wide: one 16-bit unit); zero: nothing.
@@ -267,7 +268,7 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   /// most maxCount of them (0: no limit). Lengths are in units; a negative one means up to the
   /// terminator. An empty needle: nothing; a null text stands for "". A replacement of the same
   /// length works in place; otherwise the block is made exactly as large as the larger of the
-  /// old and the new length, with the text kept. Returns the number of replacements. Throws
+  /// old and the new length, keeping the text. Returns the number of replacements. Throws
   /// std::length_error("list too long") above 0x15555555 matches.
   int32_t ReplaceAll(const Unit* needle, int32_t needleLength, const Unit* text, int32_t textLength,
                      int32_t maxCount = 0);
@@ -301,7 +302,8 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   /// pair of the two turned into `lineEnd` (a line feed followed by a carriage return is two
   /// ends). A line end of one unit must be a carriage return or a line feed; one of two units
   /// must start with a carriage return or end with a line feed; any other line end does nothing.
-  /// The source may be the string's own text.
+  /// The source may be the string's own text. The new text is built in a temporary; noexcept by
+  /// contract: a failed allocation ends the process.
   Str& NormalizeLineEnds(const Unit* source, const Unit* lineEnd) noexcept;
   /// The same with the string itself as the source.
   Str& NormalizeLineEnds(const Unit* lineEnd) noexcept;
@@ -313,11 +315,11 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   bool IsLineEndAt(int32_t position, bool lengthInUnits = true) const noexcept;
   /// @}
 
-  /// The unit offset of a position in `text`: for a narrow text with lengthInUnits false and a
-  /// position from 1 to below 0x7fffffff, GetUTF8Offset; otherwise the position itself.
-  static int32_t _ToUnitsIn(const Unit* text, int32_t position, bool lengthInUnits) noexcept;
-
  private:
+  /// The unit offset of a position in `text`: for a narrow text with lengthInUnits false and a
+  /// position from 1 to below EndOfText, GetUTF8Offset; otherwise the position itself
+  /// (internal::UnitOffsetOf).
+  static int32_t _ToUnitsIn(const Unit* text, int32_t position, bool lengthInUnits) noexcept;
   template <class Arg>
   static internal::TextArgument<Unit> _Argument(const Arg& arg) {
     if constexpr (std::is_array_v<Arg>)
@@ -330,7 +332,7 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   }
   template <class ResultStorage>
   void _AssignTail(BasicICString<Unit, ResultStorage>& result, const Unit* from) const {
-    const Str& self = static_cast<const Str&>(*this);
+    const Str& self = Self();
     const int32_t length = static_cast<int32_t>(self.GetEnd() - from);
     if (static_cast<const void*>(&result) == static_cast<const void*>(&self))
       result._RemoveBefore(from);

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-namespace ic::testing {
+namespace ic::test {
 
 struct AllocationStats {
   long allocations = 0;
@@ -23,11 +23,12 @@ class AllocationScope {
   long Frees() const;
 };
 
-/// While alive, every nothrow allocation answers null (the throwing forms are unaffected).
+/// While alive, every nothrow allocation after the first `passing` ones answers null (the
+/// throwing forms are unaffected).
 class FailNothrowAllocations {
  public:
-  FailNothrowAllocations();
+  explicit FailNothrowAllocations(long passing = 0);
   ~FailNothrowAllocations();
 };
 
-}  // namespace ic::testing
+}  // namespace ic::test
