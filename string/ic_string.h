@@ -25,8 +25,10 @@
 #include <ic/platform/export.h>
 #include <ic/string/append_members.h>
 #include <ic/string/assign_members.h>
-#include <ic/string/edit_members.h>
+#include <ic/string/cut_members.h>
+#include <ic/string/line_end_members.h>
 #include <ic/string/range.h>
+#include <ic/string/replace_members.h>
 #include <ic/string/shared_storage.h>
 #include <ic/string/unique_storage.h>
 #include <ic/string/utf_members.h>
@@ -61,7 +63,9 @@ class BasicICString : public Storage,
                       public ICStringNumberMembers<BasicICString<Unit, Storage>>,
                       public ICStringAssignMembers<BasicICString<Unit, Storage>>,
                       public ICStringAppendMembers<BasicICString<Unit, Storage>>,
-                      public ICStringEditMembers<BasicICString<Unit, Storage>>,
+                      public ICStringCutMembers<BasicICString<Unit, Storage>>,
+                      public ICStringReplaceMembers<BasicICString<Unit, Storage>>,
+                      public ICStringLineEndMembers<BasicICString<Unit, Storage>>,
                       public ICStringSearchMembers<BasicICString<Unit, Storage>>,
                       public ICStringCaseMembers<BasicICString<Unit, Storage>> {
  public:

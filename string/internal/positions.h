@@ -104,6 +104,19 @@ inline const char* StepBackCodePoints(const char* start, const char* end, int32_
   return p;
 }
 
+/// Units of the sequence at `p` by its lead byte (GetUTF8SequenceSize), cut at `end`; 1 for a
+/// wide unit.
+template <class Unit>
+int32_t SequenceSizeWithin(const Unit* p, const Unit* end) noexcept {
+  if constexpr (sizeof(Unit) == 1) {
+    const int32_t size = GetUTF8SequenceSize(static_cast<unsigned char>(*p));
+    return std::min<int32_t>(size, static_cast<int32_t>(end - p));
+  } else {
+    (void)p, (void)end;
+    return 1;
+  }
+}
+
 // --- Positions to unit offsets ---------------------------------------------------------------
 
 /// Units from `text` to the start of sequence `count`, or to `text + length`, whichever comes
