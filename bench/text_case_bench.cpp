@@ -91,7 +91,7 @@ void NarrowOurs(benchmark::State& state, CaseCorpus* c) {
   ICStringUnique s;
   for (auto _ : state) {
     state.PauseTiming();
-    s = c->narrow;  // the block is kept: a copy of the text, no allocation
+    s = c->narrow;  // the block stays: a copy of the text, no allocation
     state.ResumeTiming();
     if (Upper)
       s.MakeUpper();

@@ -2,9 +2,17 @@
 
 set(IC_SUBSYSTEMS platform string number text path markup unicode regex resources)
 
-# Flags for the project's own code: warnings as errors, and the sanitizers when asked.
+# Flags for the project's own code: warnings (as errors when the project is built on its own),
+# and the sanitizers when asked. ic_options is linked privately by the project's targets and is
+# not exported, so nothing of it reaches a consumer of the installed package; a project that
+# adds this tree as a subdirectory builds it without -Werror unless it asks for it.
+option(IC_WARNINGS_AS_ERRORS "Treat compiler warnings as errors in the project's own targets"
+       ${PROJECT_IS_TOP_LEVEL})
 add_library(ic_options INTERFACE)
-target_compile_options(ic_options INTERFACE -Wall -Wextra -Werror)
+target_compile_options(ic_options INTERFACE -Wall -Wextra)
+if(IC_WARNINGS_AS_ERRORS)
+  target_compile_options(ic_options INTERFACE -Werror)
+endif()
 if(IC_SANITIZE)
   set(_ic_san -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_compile_options(ic_options INTERFACE ${_ic_san})
@@ -65,10 +73,12 @@ function(ic_install_text_library)
           ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
           LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
           RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  # The headers a host includes; the library's internal headers (internal/ folders) stay out.
   foreach(sub IN LISTS IC_SUBSYSTEMS)
     install(DIRECTORY "${PROJECT_SOURCE_DIR}/${sub}/"
             DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ic/${sub}"
-            FILES_MATCHING PATTERN "*.h")
+            FILES_MATCHING PATTERN "*.h"
+            PATTERN "internal" EXCLUDE)
   endforeach()
   set(cfgdir "${CMAKE_INSTALL_LIBDIR}/cmake/ictext")
   install(EXPORT ictextTargets NAMESPACE ic:: DESTINATION "${cfgdir}")

@@ -139,12 +139,12 @@ const Unit* FindXmlEscape(const Unit* source, int32_t length, bool escapeQuotes,
     const uint32_t c = static_cast<std::make_unsigned_t<Unit>>(*p);
     if (sizeof(Unit) == 1 && c >= 0x80) {
       if (plainSet) {  // non-ASCII text is never replaced without alsoEscape
-        p += textdetail::StepSize(reinterpret_cast<const char*>(p));
+        p += internal::StepSize(reinterpret_cast<const char*>(p));
         continue;
       }
       const char* start = reinterpret_cast<const char*>(p);
       const char* next = start;
-      const uint32_t code = textdetail::DecodeCodePoint(next);
+      const uint32_t code = internal::DecodeCodePoint(next);
       if (CodeSetHolds(alsoEscape, code)) return p;
       p += next - start;
       continue;

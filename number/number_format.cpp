@@ -11,8 +11,8 @@ int32_t FormatHexText(Unit* buffer, int32_t bufferLength, uint64_t value, int by
     while (options.prefix[prefixLength] != 0)
       ++prefixLength;
 
-  // The zero test stands before the cut to byteSize: zero has one digit, while a value whose kept
-  // bytes are zero has none.
+  // The zero test stands before the cut to byteSize: zero has one digit, while a value whose
+  // remaining bytes are zero has none.
   uint64_t reduced = value;
   int32_t digits = 1;
   if (value != 0) {
@@ -72,16 +72,8 @@ int32_t FormatHexText(Unit* buffer, int32_t bufferLength, uint64_t value, int by
     return internal::FormatDecimal(buffer, bufferLength, magnitude, options, negative);            \
   }
 
-IC_FORMAT_DECIMAL(char, unsigned char)
-IC_FORMAT_DECIMAL(char, unsigned short)
-IC_FORMAT_DECIMAL(char, unsigned int)
-IC_FORMAT_DECIMAL(char, unsigned long)
-IC_FORMAT_DECIMAL(char, unsigned long long)
-IC_FORMAT_DECIMAL(char16_t, unsigned char)
-IC_FORMAT_DECIMAL(char16_t, unsigned short)
-IC_FORMAT_DECIMAL(char16_t, unsigned int)
-IC_FORMAT_DECIMAL(char16_t, unsigned long)
-IC_FORMAT_DECIMAL(char16_t, unsigned long long)
+IC_FOR_EACH_UNSIGNED_INTEGER_TYPE(IC_FORMAT_DECIMAL, char)
+IC_FOR_EACH_UNSIGNED_INTEGER_TYPE(IC_FORMAT_DECIMAL, char16_t)
 
 #undef IC_FORMAT_DECIMAL
 

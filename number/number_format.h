@@ -106,36 +106,13 @@ inline int32_t DecimalSizeNeeded(UInt magnitude, bool negative, int8_t minWidth)
 /// with options.fill. A space fill keeps the sign next to the digits ('   -12'); any other fill
 /// goes between sign and digits ('-00012'). Measure or write (see above).
 /// @{
-IC_API int32_t _FormatDecimal(char* buffer, int32_t bufferLength, unsigned char magnitude,
-                              const StringNumberFormatOptions<char>& options,
-                              bool negative) noexcept;
-IC_API int32_t _FormatDecimal(char* buffer, int32_t bufferLength, unsigned short magnitude,
-                              const StringNumberFormatOptions<char>& options,
-                              bool negative) noexcept;
-IC_API int32_t _FormatDecimal(char* buffer, int32_t bufferLength, unsigned int magnitude,
-                              const StringNumberFormatOptions<char>& options,
-                              bool negative) noexcept;
-IC_API int32_t _FormatDecimal(char* buffer, int32_t bufferLength, unsigned long magnitude,
-                              const StringNumberFormatOptions<char>& options,
-                              bool negative) noexcept;
-IC_API int32_t _FormatDecimal(char* buffer, int32_t bufferLength, unsigned long long magnitude,
-                              const StringNumberFormatOptions<char>& options,
-                              bool negative) noexcept;
-IC_API int32_t _FormatDecimal(char16_t* buffer, int32_t bufferLength, unsigned char magnitude,
-                              const StringNumberFormatOptions<char16_t>& options,
-                              bool negative) noexcept;
-IC_API int32_t _FormatDecimal(char16_t* buffer, int32_t bufferLength, unsigned short magnitude,
-                              const StringNumberFormatOptions<char16_t>& options,
-                              bool negative) noexcept;
-IC_API int32_t _FormatDecimal(char16_t* buffer, int32_t bufferLength, unsigned int magnitude,
-                              const StringNumberFormatOptions<char16_t>& options,
-                              bool negative) noexcept;
-IC_API int32_t _FormatDecimal(char16_t* buffer, int32_t bufferLength, unsigned long magnitude,
-                              const StringNumberFormatOptions<char16_t>& options,
-                              bool negative) noexcept;
-IC_API int32_t _FormatDecimal(char16_t* buffer, int32_t bufferLength, unsigned long long magnitude,
-                              const StringNumberFormatOptions<char16_t>& options,
-                              bool negative) noexcept;
+#define IC_DECLARE_FORMAT_DECIMAL_(Unit, UInt)                                      \
+  IC_API int32_t _FormatDecimal(Unit* buffer, int32_t bufferLength, UInt magnitude, \
+                                const StringNumberFormatOptions<Unit>& options,     \
+                                bool negative) noexcept;
+IC_FOR_EACH_UNSIGNED_INTEGER_TYPE(IC_DECLARE_FORMAT_DECIMAL_, char)
+IC_FOR_EACH_UNSIGNED_INTEGER_TYPE(IC_DECLARE_FORMAT_DECIMAL_, char16_t)
+#undef IC_DECLARE_FORMAT_DECIMAL_
 /// @}
 
 }  // namespace ic
@@ -165,7 +142,7 @@ inline int32_t FormatNumber(
 /// @name FormatHex
 /// Writes `value` in hexadecimal, after options.prefix, padded to options.minWidth. A value of 0
 /// has the one digit "0". Any other value is first cut to `byteSize` bytes (1, 2 or 4; any other
-/// size keeps all 64 bits) and has one digit per significant four bits, so a value whose kept
+/// size keeps all 64 bits) and has one digit per significant four bits, so a value whose remaining
 /// bytes are all zero has no digit: its text is the prefix (a "0" written under the prefix is
 /// covered by it), or empty without a prefix. A space fill goes ahead of the prefix
 /// ('    0xFF'); any other fill between prefix and digits ('0x0000FF'). Measure or write.

@@ -81,7 +81,7 @@ inline uint64_t PointerValue(const void* pointer) noexcept {
 #define IC_ASSIGN_NUMBER(T)                                                               \
   template <class Unit, class Storage>                                                    \
   auto ICStringNumberMembers<BasicICString<Unit, Storage>>::AssignNumber(T value)->Str& { \
-    return AssignValue(static_cast<Str&>(*this), value, DefaultDecimalFormat<Unit>);      \
+    return AssignValue(Self(), value, DefaultDecimalFormat<Unit>);                        \
   }
 
 IC_ASSIGN_NUMBER(signed char)
@@ -102,7 +102,7 @@ IC_ASSIGN_NUMBER(unsigned long long)
   auto ICStringNumberMembers<BasicICString<Unit, Storage>>::AssignNumber( \
       T value, const DecimalOptions& options)                             \
       ->Str& requires(IsSharedOrView) {                                   \
-    return AssignValue(static_cast<Str&>(*this), value, options);         \
+    return AssignValue(Self(), value, options);                           \
   }
 
 IC_ASSIGN_NUMBER_WITH_OPTIONS(signed char)
@@ -115,7 +115,7 @@ IC_ASSIGN_NUMBER_WITH_OPTIONS(long)
 #define IC_APPEND_NUMBER(T)                                                               \
   template <class Unit, class Storage>                                                    \
   auto ICStringNumberMembers<BasicICString<Unit, Storage>>::AppendNumber(T value)->Str& { \
-    return AppendDecimal(static_cast<Str&>(*this), Magnitude(value), value < 0);          \
+    return AppendDecimal(Self(), Magnitude(value), value < 0);                            \
   }
 
 IC_APPEND_NUMBER(short)
@@ -128,28 +128,27 @@ IC_APPEND_NUMBER(long long)
 template <class Unit, class Storage>
 auto ICStringNumberMembers<BasicICString<Unit, Storage>>::AssignNumber(const void* pointer)
     -> Str& {
-  return AssignHex(static_cast<Str&>(*this), PointerValue(pointer), sizeof(void*),
-                   DefaultHexFormat<Unit>);
+  return AssignHex(Self(), PointerValue(pointer), sizeof(void*), DefaultHexFormat<Unit>);
 }
 
 template <class Unit, class Storage>
 auto ICStringNumberMembers<BasicICString<Unit, Storage>>::AssignNumber(uint32_t value,
                                                                        const HexOptions& options)
     -> Str& requires(IsSharedOrView) {
-  return AssignHex(static_cast<Str&>(*this), value, 4, options);
+  return AssignHex(Self(), value, 4, options);
 }
 
 template <class Unit, class Storage>
 auto ICStringNumberMembers<BasicICString<Unit, Storage>>::AssignNumber(uint64_t value, int byteSize,
                                                                        const HexOptions& options)
     -> Str& {
-  return AssignHex(static_cast<Str&>(*this), value, byteSize, options);
+  return AssignHex(Self(), value, byteSize, options);
 }
 
 template <class Unit, class Storage>
 auto ICStringNumberMembers<BasicICString<Unit, Storage>>::AppendNumber(const void* pointer)
     -> Str& {
-  return AppendHex(static_cast<Str&>(*this), PointerValue(pointer), sizeof(void*));
+  return AppendHex(Self(), PointerValue(pointer), sizeof(void*));
 }
 
 template <class Unit, class Storage>

@@ -17,6 +17,7 @@
 #include <ic/number/number_format.h>
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -24,8 +25,9 @@ template <class Str>
 class ICStringNumberMembers;
 
 template <class Unit, class Storage>
-class ICStringNumberMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringNumberMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringNumberMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringNumberMembers);
   using DecimalOptions = StringNumberFormatOptions<Unit>;
   using HexOptions = StringHexFormatOptions<Unit>;
   static constexpr bool IsSharedOrView = std::is_same_v<Storage, ICStringSharedStorage<Unit>> ||

@@ -6,7 +6,7 @@
 #include <ic/path/internal/code_set.h>
 #include <ic/path/path_constants.h>
 #include <ic/string/utf8.h>
-#include <ic/text/utf8_walk.h>
+#include <ic/string/internal/positions.h>
 
 namespace ic::internal {
 namespace {
@@ -21,7 +21,7 @@ bool IsBlankUnit(Unit unit) noexcept {
 template <class Unit>
 const Unit* StepBackOne(const Unit* begin, const Unit* end) noexcept {
   if constexpr (sizeof(Unit) == 1)
-    return textdetail::StepBack(begin, end);
+    return internal::StepBack(begin, end);
   else
     return end - 1;
 }
@@ -31,7 +31,7 @@ const Unit* StepBackOne(const Unit* begin, const Unit* end) noexcept {
 template <class Unit>
 uint32_t NextCode(const Unit*& p) noexcept {
   if constexpr (sizeof(Unit) == 1)
-    return textdetail::DecodeCodePoint(p);
+    return internal::DecodeCodePoint(p);
   else
     return *p++;
 }

@@ -27,7 +27,7 @@ int WideCharToMultiByte(uint32_t codePage, uint32_t flags, const char16_t* src, 
 #include <cstddef>
 #include <cstring>
 
-#include <ic/platform/vector_kernels.h>
+#include <ic/platform/internal/vector_kernels.h>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -35,7 +35,7 @@ int WideCharToMultiByte(uint32_t codePage, uint32_t flags, const char16_t* src, 
 #endif
 
 #if defined(IC_HAVE_AVX2_KERNELS)
-#include "code_page_kernels.h"
+#include <ic/platform/internal/code_page_kernels.h>
 #endif
 
 namespace ic::platform {

@@ -15,12 +15,12 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "code_page_kernels.h"
+#include <ic/platform/internal/code_page_kernels.h>
 
 namespace ic::platform::internal {
 namespace {
 
-// Shuffles that move the kept 16-bit lanes of eight to the front, by the mask of lanes to keep.
+// Shuffles that move the chosen 16-bit lanes of eight to the front, by the mask of lanes to keep.
 struct CompressTable {
   alignas(16) uint8_t shuffle[256][16];
   uint8_t count[256];
@@ -29,17 +29,17 @@ struct CompressTable {
 constexpr CompressTable MakeCompressTable() {
   CompressTable table{};
   for (int mask = 0; mask < 256; ++mask) {
-    int kept = 0;
+    int taken = 0;
     for (int lane = 0; lane < 8; ++lane) {
       if ((mask >> lane) & 1) {
-        table.shuffle[mask][2 * kept] = static_cast<uint8_t>(2 * lane);
-        table.shuffle[mask][2 * kept + 1] = static_cast<uint8_t>(2 * lane + 1);
-        ++kept;
+        table.shuffle[mask][2 * taken] = static_cast<uint8_t>(2 * lane);
+        table.shuffle[mask][2 * taken + 1] = static_cast<uint8_t>(2 * lane + 1);
+        ++taken;
       }
     }
-    for (int i = 2 * kept; i < 16; ++i)
+    for (int i = 2 * taken; i < 16; ++i)
       table.shuffle[mask][i] = 0x80;
-    table.count[mask] = static_cast<uint8_t>(kept);
+    table.count[mask] = static_cast<uint8_t>(taken);
   }
   return table;
 }
@@ -54,7 +54,7 @@ inline unsigned Mask(__m256i v) {
   return static_cast<unsigned>(_mm256_movemask_epi8(v));
 }
 
-// Decodes 16 positions and writes the units of the kept ones at dst; returns their number.
+// Decodes 16 positions and writes the units of the chosen ones at dst; returns their number.
 // `lead4` marks the leads of four-byte sequences, `second4` the bytes right behind them.
 template <bool kFourByte, bool kTwoByte = true>
 inline size_t DecodeSixteen(__m128i b0, __m128i b1, __m128i b2, __m128i lead2, __m128i lead3,

@@ -1,4 +1,4 @@
-#include <ic/platform/vector_kernels.h>
+#include <ic/platform/internal/vector_kernels.h>
 
 #include <atomic>
 

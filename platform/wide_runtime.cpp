@@ -37,8 +37,8 @@ class CaseLocale {
 };
 
 locale_t GetCaseLocale() noexcept {
-  static const CaseLocale TLocale;
-  return TLocale.Get();
+  static const CaseLocale locale;
+  return locale.Get();
 }
 
 #endif

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include <ic/regex/internal/pattern_cache.h>
-#include <ic/text/search_core.h>
+#include <ic/text/internal/search_core.h>
 
 namespace ic::internal {
 namespace {
@@ -39,7 +39,7 @@ const Unit* FirstZero(const Unit* p, const Unit* limit) noexcept {
 template <class Unit>
 Subject<Unit> SubjectOf(const Unit* text, int32_t length, RegexSubjectMaskT<Unit>* mask) {
   if (mask == nullptr || mask->Pair == nullptr) {
-    const size_t units = textdetail::TextLength(text);
+    const size_t units = internal::TextLength(text);
     return {text, text + units};
   }
   const size_t size = static_cast<size_t>(length) + 1;
@@ -84,7 +84,7 @@ EngineText<Unit> ToEngine(Subject<Unit> subject) {
 
 template <class Unit>
 std::shared_ptr<const CompiledRegex<Unit>> CompileZeroTerminated(const Unit* pattern) {
-  return CompilePattern(pattern, textdetail::TextLength(pattern), PatternFlags);
+  return CompilePattern(pattern, internal::TextLength(pattern), PatternFlags);
 }
 
 }  // namespace
@@ -95,7 +95,7 @@ const Unit* RegexSearchUnits(const Unit* text, int32_t length, const Unit* patte
   if (pattern == nullptr || *pattern == 0) return nullptr;
   // The start is a gate only: it must lie within the text, and the search runs from the first
   // unit whatever its value.
-  if (start > 0 && textdetail::ForwardOffset(text, length, start, lengthInUnits) < 0)
+  if (start > 0 && internal::ForwardOffset(text, length, start, lengthInUnits) < 0)
     return nullptr;
   try {
     const auto compiled = CompileZeroTerminated(pattern);
@@ -126,7 +126,7 @@ bool RegexMatchesUnits(const Unit* text, int32_t length, const Unit* pattern,
 
 template <class Unit>
 int32_t RegexIndexOf(const Unit* text, const Unit* match, bool lengthInUnits) noexcept {
-  return textdetail::IndexOf(text, match, lengthInUnits);
+  return internal::IndexOf(text, match, lengthInUnits);
 }
 
 template const char* RegexSearchUnits<char>(const char*, int32_t, const char*, int32_t, bool,

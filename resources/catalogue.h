@@ -4,7 +4,7 @@
 //   namespace ic::resources::catalogues::NAME { IC_RESOURCE_CATALOGUE_DECLARATIONS(COUNT) }
 // and a source with the two constant tables (message texts and keys, COUNT + 1 entries each,
 // the last a null pointer) followed by
-//   IC_RESOURCE_CATALOGUE(u"NAME", COUNT, TTexts, TKeys)
+//   IC_RESOURCE_CATALOGUE(u"NAME", COUNT, kTexts, kKeys)
 // in the same namespace. The macros only spell out the per-catalogue functions; what they do is
 // in the helpers below, shared by all catalogues.
 //
@@ -67,28 +67,28 @@ inline MessageResult* ForwardMessage(const ResourceStringLibrary* library, Messa
   };
 
 /// Definitions of a catalogue's functions over its tables, inside its namespace.
-#define IC_RESOURCE_CATALOGUE(NAME, COUNT, TEXTS, KEYS)                                         \
-  static_assert(RowCount == (COUNT), "catalogue count differs from its declaration");           \
-  static_assert(sizeof(TEXTS) / sizeof((TEXTS)[0]) == (COUNT) + 1,                              \
-                "the text table needs COUNT + 1 entries");                                      \
-  static_assert(sizeof(KEYS) / sizeof((KEYS)[0]) == (COUNT) + 1,                                \
-                "the key table needs COUNT + 1 entries");                                       \
-  const char16_t* KeyAccessor(const ::ic::resources::ResourceStringLibrary*, int32_t index) {   \
-    return ::ic::resources::internal::ClampedTableEntry(KEYS, (COUNT), index);                  \
-  }                                                                                             \
-  const char16_t* TextAccessor(const ::ic::resources::ResourceStringLibrary*, int32_t index) {  \
-    return ::ic::resources::internal::ClampedTableEntry(TEXTS, (COUNT), index);                 \
-  }                                                                                             \
-  ::ic::resources::ResourceStringLibrary* GetLibrary() {                                        \
-    static ::ic::resources::ResourceStringLibrary TLibrary((NAME), &TextAccessor, &KeyAccessor, \
-                                                           (COUNT), nullptr, nullptr, 0);       \
-    return &TLibrary;                                                                           \
-  }                                                                                             \
-  const char16_t* GetKeyAt(int32_t index) {                                                     \
-    GetLibrary();                                                                               \
-    return ::ic::resources::internal::TableEntryOrNull(KEYS, (COUNT), index);                   \
-  }                                                                                             \
-  ::ic::resources::MessageResult* GetMessage(::ic::resources::MessageResult* result,            \
-                                             uint32_t word1, uint32_t word2) {                  \
-    return ::ic::resources::internal::ForwardMessage(GetLibrary(), result, word1, word2);       \
+#define IC_RESOURCE_CATALOGUE(NAME, COUNT, TEXTS, KEYS)                                        \
+  static_assert(RowCount == (COUNT), "catalogue count differs from its declaration");          \
+  static_assert(sizeof(TEXTS) / sizeof((TEXTS)[0]) == (COUNT) + 1,                             \
+                "the text table needs COUNT + 1 entries");                                     \
+  static_assert(sizeof(KEYS) / sizeof((KEYS)[0]) == (COUNT) + 1,                               \
+                "the key table needs COUNT + 1 entries");                                      \
+  const char16_t* KeyAccessor(const ::ic::resources::ResourceStringLibrary*, int32_t index) {  \
+    return ::ic::resources::internal::ClampedTableEntry(KEYS, (COUNT), index);                 \
+  }                                                                                            \
+  const char16_t* TextAccessor(const ::ic::resources::ResourceStringLibrary*, int32_t index) { \
+    return ::ic::resources::internal::ClampedTableEntry(TEXTS, (COUNT), index);                \
+  }                                                                                            \
+  ::ic::resources::ResourceStringLibrary* GetLibrary() {                                       \
+    static ::ic::resources::ResourceStringLibrary library((NAME), &TextAccessor, &KeyAccessor, \
+                                                          (COUNT), nullptr, nullptr, 0);       \
+    return &library;                                                                           \
+  }                                                                                            \
+  const char16_t* GetKeyAt(int32_t index) {                                                    \
+    GetLibrary();                                                                              \
+    return ::ic::resources::internal::TableEntryOrNull(KEYS, (COUNT), index);                  \
+  }                                                                                            \
+  ::ic::resources::MessageResult* GetMessage(::ic::resources::MessageResult* result,           \
+                                             uint32_t word1, uint32_t word2) {                 \
+    return ::ic::resources::internal::ForwardMessage(GetLibrary(), result, word1, word2);      \
   }

@@ -63,8 +63,8 @@ ResourceStringManager::ResourceStringManager()
 
 ResourceStringManager& GetResourceStringManager() {
   // Built on first use, torn down at module exit in the reverse order of the fields.
-  static ResourceStringManager TManager;
-  return TManager;
+  static ResourceStringManager manager;
+  return manager;
 }
 
 void RegisterLibrary(ResourceStringLibrary* library) {

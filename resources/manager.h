@@ -42,7 +42,7 @@ using NotifyHookFn = void (*)();
 /// ignores the library and the two words.
 MessageResult* DefaultGetMessage(MessageResult* result, const ResourceStringLibrary* library,
                                  uint32_t word1, uint32_t word2);
-/// Clears `text` (its block is kept) and returns it.
+/// Clears `text` (its block stays) and returns it.
 ICStringUniqueW& DefaultClearString(ICStringUniqueW& text);
 /// Does nothing.
 void DefaultNotify();

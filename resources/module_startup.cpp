@@ -3,7 +3,8 @@
 // Everything the module sets up runs among its static initialisers while the host's loader
 // holds its lock, and everything it tears down runs as exit actions when the host unloads it.
 // The order is fixed, and this is the only translation unit of the module with static
-// initialisers of its own, so the definitions below run one after the other as written:
+// initialisers of its own (the entry point of platform/module_entry.cpp has none), so the
+// definitions below run one after the other as written:
 //
 //   1-13  the thirteen catalogue records, os first and gui last. Each links itself at the head
 //         of the chain, so gui ends at the head and os at the tail. The first of them builds
@@ -39,10 +40,6 @@
 #include "catalogues/xml.h"
 #include "catalogues/xsdt.h"
 
-#if defined(_WIN32)
-#include <windows.h>
-#endif
-
 namespace {
 
 namespace catalogues = ic::resources::catalogues;
@@ -72,31 +69,31 @@ struct UnicodeTableFill {
 };
 
 // Steps 1 to 13.
-const catalogues::os::Registrar TOsRecord;
-const catalogues::pkg::Registrar TPkgRecord;
-const catalogues::core::Registrar TCoreRecord;
-const catalogues::res::Registrar TResRecord;
-const catalogues::icgui::Registrar TIcguiRecord;
-const catalogues::msg::Registrar TMsgRecord;
-const catalogues::Scintilla::Registrar TScintillaRecord;
-const catalogues::xml::Registrar TXmlRecord;
-const catalogues::cryptography::Registrar TCryptographyRecord;
-const catalogues::regex::Registrar TRegexRecord;
-const catalogues::dispatch::Registrar TDispatchRecord;
-const catalogues::xsdt::Registrar TXsdtRecord;
-const catalogues::gui::Registrar TGuiRecord;
+const catalogues::os::Registrar osRecord;
+const catalogues::pkg::Registrar pkgRecord;
+const catalogues::core::Registrar coreRecord;
+const catalogues::res::Registrar resRecord;
+const catalogues::icgui::Registrar icguiRecord;
+const catalogues::msg::Registrar msgRecord;
+const catalogues::Scintilla::Registrar scintillaRecord;
+const catalogues::xml::Registrar xmlRecord;
+const catalogues::cryptography::Registrar cryptographyRecord;
+const catalogues::regex::Registrar regexRecord;
+const catalogues::dispatch::Registrar dispatchRecord;
+const catalogues::xsdt::Registrar xsdtRecord;
+const catalogues::gui::Registrar guiRecord;
 
 // Steps 14 to 17.
-const NullDataCheck<char> TNarrowNullDataCheck;
-ModuleBlockPointer<char> TNarrowBlock;
-ic::ICStringUnique TNarrowUnique;
-ic::ICStringShared TNarrowShared;
+const NullDataCheck<char> narrowNullDataCheck;
+ModuleBlockPointer<char> narrowBlock;
+ic::ICStringUnique narrowUnique;
+ic::ICStringShared narrowShared;
 
 // Steps 18 to 21.
-const NullDataCheck<char16_t> TWideNullDataCheck;
-ModuleBlockPointer<char16_t> TWideBlock;
-ic::ICStringUniqueW TWideUnique;
-ic::ICStringSharedW TWideShared;
+const NullDataCheck<char16_t> wideNullDataCheck;
+ModuleBlockPointer<char16_t> wideBlock;
+ic::ICStringUniqueW wideUnique;
+ic::ICStringSharedW wideShared;
 
 // Steps 22 to 25.
 const UnicodeTableFill TBlockTable(ic::LoadUnicodeBlockTable);
@@ -105,13 +102,3 @@ const UnicodeTableFill TScriptTable(ic::LoadUnicodeScriptTable);
 const UnicodeTableFill TScriptExtensionTable(ic::LoadUnicodeScriptExtensionTable);
 
 }  // namespace
-
-#if defined(_WIN32)
-// The entry point does nothing of its own: the run-time's start-up stub runs the list above on
-// process attach and the exit actions on detach. Thread attach and detach calls are turned off,
-// since the module keeps no per-thread state.
-BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
-  if (reason == DLL_PROCESS_ATTACH) DisableThreadLibraryCalls(module);
-  return TRUE;
-}
-#endif

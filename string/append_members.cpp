@@ -11,7 +11,7 @@ namespace ic {
 template <class Unit, class Storage>
 auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(const Unit* text, int32_t length)
     -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (text == nullptr || length < 1) return self;
   const int32_t oldLength = self.GetLength();
   // A source inside the string's own text survives the growth at the same offset of the new
@@ -31,13 +31,13 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(const Unit* tex
 
 template <class Unit, class Storage>
 auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(const Unit* text) -> Str& {
-  if (text == nullptr) return static_cast<Str&>(*this);
+  if (text == nullptr) return Self();
   return Append(text, internal::MeasureText(text));
 }
 
 template <class Unit, class Storage>
 auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(char ch) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const unsigned char byte = static_cast<unsigned char>(ch);
   if (byte == 0) return self;
   if constexpr (IsNarrow) {
@@ -57,14 +57,14 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(char ch) -> Str
 template <class Unit, class Storage>
 auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(char16_t unit)
     -> Str& requires(IsWide) {
-  if (unit == 0) return static_cast<Str&>(*this);
+  if (unit == 0) return Self();
   return Append(&unit, 1);
 }
 
 template <class Unit, class Storage>
 auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(char32_t codePoint)
     -> Str& requires(IsNarrow) {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (codePoint == 0) return self;
   const int32_t oldLength = self.GetLength();
   const int32_t newLength = oldLength + GetUTF8CodePointSize(codePoint);
@@ -78,7 +78,7 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(char32_t codePo
 template <class Unit, class Storage>
 void ICStringAppendMembers<BasicICString<Unit, Storage>>::_AppendChainCore(
     const internal::PieceRun<Unit>* run, int32_t length, const Unit* written) {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const int32_t oldLength = self.GetLength();
   self._PrepareGrow(oldLength + length);
   if (self._IsEmptyData()) return;  // nothing added to nothing
@@ -93,7 +93,7 @@ void ICStringAppendMembers<BasicICString<Unit, Storage>>::_AppendChainCore(
 template <class Unit, class Storage>
 auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(const ICStringChainT<Unit>& chain)
     -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   internal::PieceRun<Unit> run;
   int32_t length;
   const Unit* written = chain._ReadForWrite(&self, run, length);
@@ -103,7 +103,7 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(const ICStringC
 
 template <class Unit, class Storage>
 auto ICStringAppendMembers<BasicICString<Unit, Storage>>::AppendPieces(const Piece* first) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const internal::PieceRun<Unit> run(first);
   if (run.Sum == 0) return self;  // also a null list
   _AppendChainCore(&run, static_cast<int32_t>(run.Sum), nullptr);
@@ -115,7 +115,7 @@ void ICStringAppendMembers<BasicICString<Unit, Storage>>::PutAtCursor(const Unit
                                                                       int32_t length,
                                                                       uint32_t& cursor,
                                                                       int32_t reserveHint) {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (text == nullptr)
     length = 0;
   else if (length < 0)
@@ -167,9 +167,10 @@ void ICStringAppendMembers<BasicICString<Unit, Storage>>::PutAtCursor(bool doWri
 }
 
 template <class Unit, class Storage>
-auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Join(const Unique* elements, size_t count,
-                                                               const Unit* separator) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Join(const UniqueStr* elements,
+                                                               size_t count, const Unit* separator)
+    -> Str& {
+  Str& self = Self();
   const Unit* const sep = separator ? separator : EmptyText<Unit>();
   const int32_t sepLength = internal::MeasureText(sep);
   self._Clear();
@@ -191,8 +192,9 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Join(const Unique* ele
 }
 
 template <class Unit, class Storage>
-auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Join(const Unique* elements, size_t count,
-                                                               char32_t separator) -> Str& {
+auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Join(const UniqueStr* elements,
+                                                               size_t count, char32_t separator)
+    -> Str& {
   Unit buffer[5] = {};
   if constexpr (IsNarrow) {
     char* cursor = buffer;

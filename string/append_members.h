@@ -5,14 +5,13 @@
 // Append grows a string to exactly the new length, so a loop of appends copies the text over and
 // over: loops use ICStringBuilder (builder.h) or PutAtCursor, which grow geometrically and leave
 // the stored length unmeasured until someone asks for it. Shapes differ only in the write step
-// _PrepareGrow (room with the old text kept): a shared block that others hold is detached, a
+// _PrepareGrow (room that keeps the old text): a shared block that others hold is detached, a
 // view becomes owning.
 #pragma once
 
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <iterator>
 #include <type_traits>
 
@@ -21,6 +20,7 @@
 #include <ic/string/piece.h>
 #include <ic/string/piece_run.h>
 #include <ic/string/range.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -28,12 +28,10 @@ template <class Str>
 class ICStringAppendMembers;
 
 template <class Unit, class Storage>
-class ICStringAppendMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
-  using Unique = BasicICString<Unit, ICStringUniqueStorage<Unit>>;
+class ICStringAppendMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringAppendMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringAppendMembers);
   using Piece = ICStringPieceT<Unit>;
-  static constexpr bool IsNarrow = std::is_same_v<Unit, char>;
-  static constexpr bool IsWide = std::is_same_v<Unit, char16_t>;
 
  public:
   /// The text of a string of any shape of this width. A string may append itself.
@@ -42,7 +40,7 @@ class ICStringAppendMembers<BasicICString<Unit, Storage>> {
     return Append(other.GetText(), other.GetLength());
   }
   /// `length` units of `text` (nothing for a length below 1). Room for exactly the new length
-  /// is made with the old text kept, the units are copied behind it and the end is set. The
+  /// is made, keeping the old text, the units are copied behind it and the end is set. The
   /// text may lie in the string's own text.
   Str& Append(const Unit* text, int32_t length);
   /// A zero-terminated text; null appends nothing.
@@ -73,31 +71,12 @@ class ICStringAppendMembers<BasicICString<Unit, Storage>> {
   /// @name AppendPieces: the pieces, linked in argument order, written behind the text as a
   /// chain is (no guard: no piece may point into this string's block)
   /// @{
-  Str& AppendPieces(Piece p1, Piece p2) { return _AppendLinked({&p1, &p2}); }
-  Str& AppendPieces(Piece p1, Piece p2, Piece p3) { return _AppendLinked({&p1, &p2, &p3}); }
-  Str& AppendPieces(Piece p1, Piece p2, Piece p3, Piece p4) {
-    return _AppendLinked({&p1, &p2, &p3, &p4});
-  }
-  Str& AppendPieces(Piece p1, Piece p2, Piece p3, Piece p4, Piece p5) {
-    return _AppendLinked({&p1, &p2, &p3, &p4, &p5});
-  }
-  Str& AppendPieces(Piece p1, Piece p2, Piece p3, Piece p4, Piece p5, Piece p6) {
-    return _AppendLinked({&p1, &p2, &p3, &p4, &p5, &p6});
-  }
-  Str& AppendPieces(Piece p1, Piece p2, Piece p3, Piece p4, Piece p5, Piece p6, Piece p7) {
-    return _AppendLinked({&p1, &p2, &p3, &p4, &p5, &p6, &p7});
-  }
-  Str& AppendPieces(Piece p1, Piece p2, Piece p3, Piece p4, Piece p5, Piece p6, Piece p7,
-                    Piece p8) {
-    return _AppendLinked({&p1, &p2, &p3, &p4, &p5, &p6, &p7, &p8});
-  }
-  Str& AppendPieces(Piece p1, Piece p2, Piece p3, Piece p4, Piece p5, Piece p6, Piece p7, Piece p8,
-                    Piece p9) {
-    return _AppendLinked({&p1, &p2, &p3, &p4, &p5, &p6, &p7, &p8, &p9});
-  }
-  Str& AppendPieces(Piece p1, Piece p2, Piece p3, Piece p4, Piece p5, Piece p6, Piece p7, Piece p8,
-                    Piece p9, Piece p10) {
-    return _AppendLinked({&p1, &p2, &p3, &p4, &p5, &p6, &p7, &p8, &p9, &p10});
+  template <class... Texts>
+  requires(sizeof...(Texts) >= 2 && sizeof...(Texts) <= 10 &&
+           (std::is_convertible_v<const Texts&, Piece> &&
+            ...)) Str& AppendPieces(const Texts&... texts) {
+    Piece pieces[] = {texts...};
+    return AppendPieces(LinkPieces(pieces, sizeof...(Texts)));
   }
   /// The list form: a null list, or one whose counts sum to 0, leaves the string unchanged.
   Str& AppendPieces(const Piece* first);
@@ -105,7 +84,7 @@ class ICStringAppendMembers<BasicICString<Unit, Storage>> {
 
   /// @name PutAtCursor: appends at the unit position `cursor`, for callers that keep the count
   /// themselves. The string is made writable (a view owning, a shared block detached); if
-  /// cursor plus the source's length exceeds the capacity, the block grows with the text kept,
+  /// cursor plus the source's length exceeds the capacity, the block grows, keeping the text,
   /// to the larger of twice that and 1024 units when `reserveHint` is 0, else to reserveHint
   /// more. The source is copied to text[cursor], `cursor` moves behind it, a zero unit is
   /// written there and the stored length is left unknown, to be measured when asked for. With
@@ -137,32 +116,27 @@ class ICStringAppendMembers<BasicICString<Unit, Storage>> {
   /// gives an empty text.
   /// @{
   /// A zero-terminated separator; null stands for "".
-  Str& Join(const Unique* elements, size_t count, const Unit* separator);
+  Str& Join(const UniqueStr* elements, size_t count, const Unit* separator);
   /// A separator of one code point (narrow: UTF-8 encoded first; wide: one 16-bit unit).
-  Str& Join(const Unique* elements, size_t count, char32_t separator);
+  Str& Join(const UniqueStr* elements, size_t count, char32_t separator);
   /// Any contiguous container of ICStringUnique of this width (std::vector, std::array, ...).
   template <class Container>
   Str& Join(const Container& elements, const Unit* separator) requires
       requires(const Container& c) {
-    { std::data(c) } -> std::convertible_to<const Unique*>;
+    { std::data(c) } -> std::convertible_to<const UniqueStr*>;
   }
   { return Join(std::data(elements), std::size(elements), separator); }
   template <class Container>
   Str& Join(const Container& elements, char32_t separator) requires requires(const Container& c) {
-    { std::data(c) } -> std::convertible_to<const Unique*>;
+    { std::data(c) } -> std::convertible_to<const UniqueStr*>;
   }
   { return Join(std::data(elements), std::size(elements), separator); }
   /// @}
 
-  /// The core of chain and piece appending: room for the old length plus `length` with the old
-  /// text kept, then either `written` copied with its terminator or the run's pieces written
-  /// behind the old text; the length is stored.
+  /// The core of chain and piece appending: room for the old length plus `length`, keeping the
+  /// old text, then either `written` copied with its terminator or the run's pieces written behind
+  /// the old text; the length is stored.
   void _AppendChainCore(const internal::PieceRun<Unit>* run, int32_t length, const Unit* written);
-
- private:
-  Str& _AppendLinked(std::initializer_list<Piece*> pieces) {
-    return AppendPieces(LinkPieces(pieces));
-  }
 };
 
 IC_EXTERN_STRING_MIXIN(ICStringAppendMembers)

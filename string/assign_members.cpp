@@ -2,13 +2,14 @@
 
 #include <ic/string/chain.h>
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/positions.h>
 #include <ic/string/utf8.h>
 
 namespace ic {
 
 template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* text) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   self = text;
   return self;
 }
@@ -16,7 +17,7 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* tex
 template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* begin, const Unit* end)
     -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (begin != nullptr && end != nullptr && begin <= end)
     self._AssignText(begin, static_cast<int32_t>(end - begin));
   else
@@ -27,7 +28,7 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* beg
 template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* text, int32_t length,
                                                                  bool lengthInUnits) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (length < 1) {
     self._Clear();
     return self;
@@ -35,9 +36,8 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* tex
   if (text == nullptr) {
     // "" has nothing to copy: the converted length is 0, for which room is made and no more.
     length = 0;
-  } else if constexpr (IsNarrow) {
-    if (!lengthInUnits && length != 0x7fffffff)
-      length = GetUTF8Offset(text, static_cast<uint32_t>(length));
+  } else {
+    length = internal::UnitOffsetOf(text, length, lengthInUnits);
   }
   self._PrepareReplace(length);
   if (length > 0) {
@@ -50,7 +50,7 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* tex
 template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* text, int32_t length)
     -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (text == nullptr) {
     self._Clear();
   } else if (length < 0) {
@@ -74,18 +74,18 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(ICStringRangeT<
 template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const char* utf8, int32_t length)
     -> Str& requires(IsWide) {
-  return static_cast<Str&>(*this).ConvertFromUTF8String(utf8, length);
+  return Self().ConvertFromUTF8String(utf8, length);
 }
 
 template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(ICStringRange utf8)
     -> Str& requires(IsWide) {
-  return static_cast<Str&>(*this).ConvertFromUTF8String(utf8);
+  return Self().ConvertFromUTF8String(utf8);
 }
 
 template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(char ch) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const unsigned char byte = static_cast<unsigned char>(ch);
   if constexpr (IsNarrow) {
     if (byte >= 0x80) {
@@ -104,7 +104,7 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(char ch) -> Str
 template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(char16_t unit)
     -> Str& requires(IsWide) {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   self._PrepareReplace(1);
   Unit* text = self._GetBuffer();
   text[0] = unit;
@@ -115,7 +115,7 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(char16_t unit)
 template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(char32_t codePoint)
     -> Str& requires(IsNarrow) {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   self._PrepareReplace(GetUTF8CodePointSize(codePoint));
   self._SetCodePoint(codePoint);
   return self;
@@ -124,7 +124,7 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(char32_t codePo
 template <class Unit, class Storage>
 void ICStringAssignMembers<BasicICString<Unit, Storage>>::_SetCodePoint(
     uint32_t codePoint) requires(IsNarrow) {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   char* const text = self._GetBuffer();
   if (codePoint == 0) {
     text[0] = 0;
@@ -143,7 +143,7 @@ void ICStringAssignMembers<BasicICString<Unit, Storage>>::_SetCodePoint(
 template <class Unit, class Storage>
 void ICStringAssignMembers<BasicICString<Unit, Storage>>::_AssignChainCore(
     const internal::PieceRun<Unit>* run, int32_t length, const Unit* written) {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   self._PrepareReplace(length);
   // An empty result on the empty data needs no write: its terminator and length are zero.
   if (self._IsEmptyData()) return;
@@ -158,7 +158,7 @@ void ICStringAssignMembers<BasicICString<Unit, Storage>>::_AssignChainCore(
 template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const ICStringChainT<Unit>& chain)
     -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   internal::PieceRun<Unit> run;
   int32_t length;
   const Unit* written = chain._ReadForWrite(&self, run, length);
@@ -168,7 +168,7 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const ICStringC
 
 template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::AssignPieces(const Piece* first) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const internal::PieceRun<Unit> run(first);
   if (run.Sum == 0) return self;  // also a null list
   _AssignChainCore(&run, static_cast<int32_t>(run.Sum), nullptr);

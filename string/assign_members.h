@@ -8,7 +8,6 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <type_traits>
 
 #include <ic/platform/export.h>
@@ -16,6 +15,7 @@
 #include <ic/string/piece.h>
 #include <ic/string/piece_run.h>
 #include <ic/string/range.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -23,11 +23,10 @@ template <class Str>
 class ICStringAssignMembers;
 
 template <class Unit, class Storage>
-class ICStringAssignMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringAssignMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringAssignMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringAssignMembers);
   using Piece = ICStringPieceT<Unit>;
-  static constexpr bool IsNarrow = std::is_same_v<Unit, char>;
-  static constexpr bool IsWide = std::is_same_v<Unit, char16_t>;
 
  public:
   /// A string of the same shape: as the copy assignment (itself: no change; a shared string
@@ -35,7 +34,7 @@ class ICStringAssignMembers<BasicICString<Unit, Storage>> {
   /// another shape: its text and length are copied in (_AssignText).
   template <class OtherStorage>
   Str& Assign(const BasicICString<Unit, OtherStorage>& other) {
-    Str& self = static_cast<Str&>(*this);
+    Str& self = Self();
     if constexpr (std::is_same_v<OtherStorage, Storage>)
       self = other;
     else
@@ -52,7 +51,7 @@ class ICStringAssignMembers<BasicICString<Unit, Storage>> {
   Str& Assign(const Unit* begin, const Unit* end);
 
   /// `length` units of `text`, or for a narrow string with lengthInUnits false `length`
-  /// characters (0x7fffffff is taken as it stands; wide strings ignore the flag). A length of 0
+  /// characters (EndOfText is taken as it stands; wide strings ignore the flag). A length of 0
   /// or below clears the string. A null text stands for "", of which nothing can be copied: the
   /// converted length is then 0, room for nothing is made, and the string keeps its text. The
   /// text is copied as it stands, without looking for a terminator inside; it must not lie in
@@ -83,7 +82,7 @@ class ICStringAssignMembers<BasicICString<Unit, Storage>> {
   Str& Assign(char32_t codePoint) requires(IsNarrow);
 
   /// A concatenation: the chain is written straight into the string, which gets exactly the room
-  /// it needs (a block that is large enough is kept). A chain that holds the string's own text is
+  /// it needs (a block that is large enough stays). A chain that holds the string's own text is
   /// first written out into its Result, so that the write does not overwrite its own source.
   /// An empty chain gives an empty text.
   Str& Assign(const ICStringChainT<Unit>& chain);
@@ -91,31 +90,12 @@ class ICStringAssignMembers<BasicICString<Unit, Storage>> {
   /// @name AssignPieces: the pieces, linked in argument order, written as a chain is (no guard:
   /// no piece may point into this string's block)
   /// @{
-  Str& AssignPieces(Piece p1, Piece p2) { return _AssignLinked({&p1, &p2}); }
-  Str& AssignPieces(Piece p1, Piece p2, Piece p3) { return _AssignLinked({&p1, &p2, &p3}); }
-  Str& AssignPieces(Piece p1, Piece p2, Piece p3, Piece p4) {
-    return _AssignLinked({&p1, &p2, &p3, &p4});
-  }
-  Str& AssignPieces(Piece p1, Piece p2, Piece p3, Piece p4, Piece p5) {
-    return _AssignLinked({&p1, &p2, &p3, &p4, &p5});
-  }
-  Str& AssignPieces(Piece p1, Piece p2, Piece p3, Piece p4, Piece p5, Piece p6) {
-    return _AssignLinked({&p1, &p2, &p3, &p4, &p5, &p6});
-  }
-  Str& AssignPieces(Piece p1, Piece p2, Piece p3, Piece p4, Piece p5, Piece p6, Piece p7) {
-    return _AssignLinked({&p1, &p2, &p3, &p4, &p5, &p6, &p7});
-  }
-  Str& AssignPieces(Piece p1, Piece p2, Piece p3, Piece p4, Piece p5, Piece p6, Piece p7,
-                    Piece p8) {
-    return _AssignLinked({&p1, &p2, &p3, &p4, &p5, &p6, &p7, &p8});
-  }
-  Str& AssignPieces(Piece p1, Piece p2, Piece p3, Piece p4, Piece p5, Piece p6, Piece p7, Piece p8,
-                    Piece p9) {
-    return _AssignLinked({&p1, &p2, &p3, &p4, &p5, &p6, &p7, &p8, &p9});
-  }
-  Str& AssignPieces(Piece p1, Piece p2, Piece p3, Piece p4, Piece p5, Piece p6, Piece p7, Piece p8,
-                    Piece p9, Piece p10) {
-    return _AssignLinked({&p1, &p2, &p3, &p4, &p5, &p6, &p7, &p8, &p9, &p10});
+  template <class... Texts>
+  requires(sizeof...(Texts) >= 2 && sizeof...(Texts) <= 10 &&
+           (std::is_convertible_v<const Texts&, Piece> &&
+            ...)) Str& AssignPieces(const Texts&... texts) {
+    Piece pieces[] = {texts...};
+    return AssignPieces(LinkPieces(pieces, sizeof...(Texts)));
   }
   /// The list form: a null list, or one whose counts sum to 0, leaves the string unchanged.
   Str& AssignPieces(const Piece* first);
@@ -130,11 +110,6 @@ class ICStringAssignMembers<BasicICString<Unit, Storage>> {
   /// then either `written`'s text (a chain written out before) copied with its terminator, or
   /// the run's pieces written; the length is stored.
   void _AssignChainCore(const internal::PieceRun<Unit>* run, int32_t length, const Unit* written);
-
- private:
-  Str& _AssignLinked(std::initializer_list<Piece*> pieces) {
-    return AssignPieces(LinkPieces(pieces));
-  }
 };
 
 IC_EXTERN_STRING_MIXIN(ICStringAssignMembers)

@@ -27,7 +27,7 @@ float FloatFromBits(uint64_t value) noexcept {
 }
 
 // Writes one piece of a kind other than text, which WritePiece copies itself, and returns the
-// cursor behind it. Kept out of line so that the loops over mostly-text lists stay small.
+// cursor behind it. Out of line so that the loops over mostly-text lists stay small.
 template <class Unit>
 IC_NOINLINE Unit* WriteFormattedPiece(Unit* cursor, const ICStringPieceT<Unit>& piece) noexcept {
   const int32_t count = piece.Count;

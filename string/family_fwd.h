@@ -23,34 +23,28 @@ class ICStringChainT;
 
 }  // namespace ic
 
-/// Applies MACRO(StringType) to each of the six strings (three shapes in two widths).
-#define IC_FOR_EACH_STRING_TYPE(MACRO)                                        \
-  MACRO(::ic::BasicICString<char, ::ic::ICStringUniqueStorage<char>>)         \
-  MACRO(::ic::BasicICString<char16_t, ::ic::ICStringUniqueStorage<char16_t>>) \
-  MACRO(::ic::BasicICString<char, ::ic::ICStringSharedStorage<char>>)         \
-  MACRO(::ic::BasicICString<char16_t, ::ic::ICStringSharedStorage<char16_t>>) \
-  MACRO(::ic::BasicICString<char, ::ic::ICStringViewStorage<char>>)           \
-  MACRO(::ic::BasicICString<char16_t, ::ic::ICStringViewStorage<char16_t>>)
+/// The one list of the six strings (three shapes in two widths): applies
+/// MACRO(Unit, StorageTemplate, ARG) to each of them; IC_STRING_TYPE(Unit, StorageTemplate)
+/// names the string. ARG is passed through, so that a macro can carry a mixin's name.
+#define IC_FOR_EACH_STRING_TYPE(MACRO, ARG)   \
+  MACRO(char, ICStringUniqueStorage, ARG)     \
+  MACRO(char16_t, ICStringUniqueStorage, ARG) \
+  MACRO(char, ICStringSharedStorage, ARG)     \
+  MACRO(char16_t, ICStringSharedStorage, ARG) \
+  MACRO(char, ICStringViewStorage, ARG)       \
+  MACRO(char16_t, ICStringViewStorage, ARG)
+
+/// The string of one row of IC_FOR_EACH_STRING_TYPE.
+#define IC_STRING_TYPE(Unit, StorageTemplate) ::ic::BasicICString<Unit, ::ic::StorageTemplate<Unit>>
 
 /// Declares, at namespace ic scope, that the mixin is instantiated for the six strings elsewhere.
-#define IC_EXTERN_STRING_MIXIN(Mixin)                                                             \
-  extern template class IC_API                                                                    \
-      Mixin<::ic::BasicICString<char, ::ic::ICStringUniqueStorage<char>>>;                        \
-  extern template class IC_API                                                                    \
-      Mixin<::ic::BasicICString<char16_t, ::ic::ICStringUniqueStorage<char16_t>>>;                \
-  extern template class IC_API                                                                    \
-      Mixin<::ic::BasicICString<char, ::ic::ICStringSharedStorage<char>>>;                        \
-  extern template class IC_API                                                                    \
-      Mixin<::ic::BasicICString<char16_t, ::ic::ICStringSharedStorage<char16_t>>>;                \
-  extern template class IC_API Mixin<::ic::BasicICString<char, ::ic::ICStringViewStorage<char>>>; \
-  extern template class IC_API                                                                    \
-      Mixin<::ic::BasicICString<char16_t, ::ic::ICStringViewStorage<char16_t>>>;
+#define IC_EXTERN_STRING_MIXIN(Mixin) IC_FOR_EACH_STRING_TYPE(IC_EXTERN_STRING_MIXIN_ONE_, Mixin)
 
 /// Instantiates the mixin for the six strings (in its .cpp, at namespace ic scope).
-#define IC_INSTANTIATE_STRING_MIXIN(Mixin)                                                    \
-  template class Mixin<::ic::BasicICString<char, ::ic::ICStringUniqueStorage<char>>>;         \
-  template class Mixin<::ic::BasicICString<char16_t, ::ic::ICStringUniqueStorage<char16_t>>>; \
-  template class Mixin<::ic::BasicICString<char, ::ic::ICStringSharedStorage<char>>>;         \
-  template class Mixin<::ic::BasicICString<char16_t, ::ic::ICStringSharedStorage<char16_t>>>; \
-  template class Mixin<::ic::BasicICString<char, ::ic::ICStringViewStorage<char>>>;           \
-  template class Mixin<::ic::BasicICString<char16_t, ::ic::ICStringViewStorage<char16_t>>>;
+#define IC_INSTANTIATE_STRING_MIXIN(Mixin) \
+  IC_FOR_EACH_STRING_TYPE(IC_INSTANTIATE_STRING_MIXIN_ONE_, Mixin)
+
+#define IC_EXTERN_STRING_MIXIN_ONE_(Unit, StorageTemplate, Mixin) \
+  extern template class IC_API Mixin<IC_STRING_TYPE(Unit, StorageTemplate)>;
+#define IC_INSTANTIATE_STRING_MIXIN_ONE_(Unit, StorageTemplate, Mixin) \
+  template class Mixin<IC_STRING_TYPE(Unit, StorageTemplate)>;

@@ -1,8 +1,10 @@
 #include <ic/string/ic_string.h>
 
+#include <memory>
 #include <new>
 
 #include <ic/string/chain.h>
+#include <ic/string/internal/positions.h>
 #include <ic/string/utf8.h>
 
 namespace ic {
@@ -41,11 +43,7 @@ template <class Unit, class Storage>
 BasicICString<Unit, Storage>::BasicICString(const Unit* text, int32_t length, bool lengthInUnits)
     : Storage() {
   if (text == nullptr || length < 1) return;
-  if constexpr (sizeof(Unit) == 1) {
-    if (!lengthInUnits && length != 0x7fffffff)
-      length = GetUTF8Offset(text, static_cast<uint32_t>(length));
-  }
-  this->_CopyFrom(text, length);
+  this->_CopyFrom(text, internal::UnitOffsetOf(text, length, lengthInUnits));
 }
 
 template <class Unit, class Storage>
@@ -212,16 +210,15 @@ Unit* BasicICString<Unit, Storage>::DuplicateText() const {
 
 template <class Unit, class Storage>
 ICStringUniqueT<Unit>* BasicICString<Unit, Storage>::Clone() const requires(IsUnique) {
-  auto* copy = new (std::nothrow) ICStringUniqueT<Unit>();
+  // The object is held until its text is in, so that a failed copy of the text does not leak it.
+  std::unique_ptr<ICStringUniqueT<Unit>> copy(new (std::nothrow) ICStringUniqueT<Unit>());
   if (copy != nullptr) copy->_AssignText(this->_text, this->GetLength());
-  return copy;
+  return copy.release();
 }
 
-template class BasicICString<char, ICStringUniqueStorage<char>>;
-template class BasicICString<char16_t, ICStringUniqueStorage<char16_t>>;
-template class BasicICString<char, ICStringSharedStorage<char>>;
-template class BasicICString<char16_t, ICStringSharedStorage<char16_t>>;
-template class BasicICString<char, ICStringViewStorage<char>>;
-template class BasicICString<char16_t, ICStringViewStorage<char16_t>>;
+#define IC_INSTANTIATE_STRING_(Unit, StorageTemplate, Unused) \
+  template class BasicICString<Unit, StorageTemplate<Unit>>;
+IC_FOR_EACH_STRING_TYPE(IC_INSTANTIATE_STRING_, ~)
+#undef IC_INSTANTIATE_STRING_
 
 }  // namespace ic

@@ -10,8 +10,11 @@
 // block and in the first step of a write (_PrepareGrow, _PrepareReplace, _Clear).
 //
 // Members of later concerns (UTF conversion, numbers, editing, search, ...) live in mixins of
-// their own headers, each a template over the complete string type, so that every member is
-// written once for all six instantiations and each concern stays in its own files.
+// their own headers, each a template over the complete string type derived from StringMixin, so
+// that every member is written once for all six instantiations and each concern stays in its own
+// files. string_mixin.h shows how to add a concern's members. The dependency runs one way: this
+// header assembles the mixins; a mixin header includes the forward declarations (family_fwd.h)
+// and what its declarations need, never this header.
 #pragma once
 
 #include <cstdint>
@@ -33,8 +36,10 @@
 #include <ic/regex/regex_members.h>
 #include <ic/string/append_members.h>
 #include <ic/string/assign_members.h>
-#include <ic/string/edit_members.h>
+#include <ic/string/cut_members.h>
+#include <ic/string/line_end_members.h>
 #include <ic/string/range.h>
+#include <ic/string/replace_members.h>
 #include <ic/string/shared_storage.h>
 #include <ic/string/unique_storage.h>
 #include <ic/string/utf_members.h>
@@ -74,7 +79,9 @@ class BasicICString : public Storage,
                       public ICStringNumberMembers<BasicICString<Unit, Storage>>,
                       public ICStringAssignMembers<BasicICString<Unit, Storage>>,
                       public ICStringAppendMembers<BasicICString<Unit, Storage>>,
-                      public ICStringEditMembers<BasicICString<Unit, Storage>>,
+                      public ICStringCutMembers<BasicICString<Unit, Storage>>,
+                      public ICStringReplaceMembers<BasicICString<Unit, Storage>>,
+                      public ICStringLineEndMembers<BasicICString<Unit, Storage>>,
                       public ICStringSearchMembers<BasicICString<Unit, Storage>>,
                       public ICStringCaseMembers<BasicICString<Unit, Storage>>,
                       public ICStringRegexMembers<BasicICString<Unit, Storage>>,
@@ -135,7 +142,7 @@ class BasicICString : public Storage,
   BasicICString(const Unit* text);
 
   /// From `length` units of `text` (or characters, for a narrow string with lengthInUnits
-  /// false; 0x7fffffff is taken as it stands). Null text or a length below 1 gives the empty
+  /// false; EndOfText is taken as it stands). Null text or a length below 1 gives the empty
   /// data. The text is copied as it stands, even across zero units. A view copies too.
   BasicICString(const Unit* text, int32_t length, bool lengthInUnits = true);
 
@@ -229,8 +236,9 @@ class BasicICString : public Storage,
   /// A new array of length + 1 units holding the text and its terminator; the caller owns it
   /// (delete[]).
   Unit* DuplicateText() const;
-  /// A new heap ICStringUnique with a deep copy of the text, or null if the allocation fails;
-  /// the caller owns it. Offered by unique strings only.
+  /// A new heap ICStringUnique with a deep copy of the text, or null if the allocation of the
+  /// object fails; the caller owns it. If the copy of the text cannot get its block, the error
+  /// of the allocation is thrown and the object is freed. Offered by unique strings only.
   ICStringUniqueT<Unit>* Clone() const requires(IsUnique);
   /// @}
 
@@ -280,12 +288,10 @@ bool BasicICString<Unit, Storage>::_TakeBlock(BasicICString<Unit, OtherStorage>&
   return true;
 }
 
-extern template class IC_API BasicICString<char, ICStringUniqueStorage<char>>;
-extern template class IC_API BasicICString<char16_t, ICStringUniqueStorage<char16_t>>;
-extern template class IC_API BasicICString<char, ICStringSharedStorage<char>>;
-extern template class IC_API BasicICString<char16_t, ICStringSharedStorage<char16_t>>;
-extern template class IC_API BasicICString<char, ICStringViewStorage<char>>;
-extern template class IC_API BasicICString<char16_t, ICStringViewStorage<char16_t>>;
+#define IC_EXTERN_STRING_(Unit, StorageTemplate, Unused) \
+  extern template class IC_API BasicICString<Unit, StorageTemplate<Unit>>;
+IC_FOR_EACH_STRING_TYPE(IC_EXTERN_STRING_, ~)
+#undef IC_EXTERN_STRING_
 
 static_assert(sizeof(ICStringUnique) == sizeof(char*) && sizeof(ICStringSharedW) == sizeof(char*),
               "the mixins of members add no data");

@@ -6,7 +6,6 @@
 #include <concepts>
 #include <cstdint>
 #include <cstring>
-#include <initializer_list>
 #include <string>
 #include <type_traits>
 
@@ -173,17 +172,15 @@ using ICStringPieceW = ICStringPieceT<char16_t>;  ///< a piece of a UTF-16 conca
 IC_API char* WriteChain(char* cursor, const ICStringPieceT<char>* first) noexcept;
 IC_API char16_t* WriteChain(char16_t* cursor, const ICStringPieceT<char16_t>* first) noexcept;
 
-/// Links the pieces in the order given, the last with Next null, and returns the first.
+/// Links `count` pieces of an array in order, the last with Next null, and returns the first
+/// (null for none).
 template <class Unit>
-inline ICStringPieceT<Unit>* LinkPieces(
-    std::initializer_list<ICStringPieceT<Unit>*> pieces) noexcept {
-  ICStringPieceT<Unit>* previous = nullptr;
-  for (ICStringPieceT<Unit>* p : pieces) {
-    if (previous) previous->Next = p;
-    previous = p;
-  }
-  if (previous) previous->Next = nullptr;
-  return pieces.size() ? *pieces.begin() : nullptr;
+inline ICStringPieceT<Unit>* LinkPieces(ICStringPieceT<Unit>* pieces, size_t count) noexcept {
+  if (count == 0) return nullptr;
+  for (size_t i = 0; i + 1 < count; ++i)
+    pieces[i].Next = &pieces[i + 1];
+  pieces[count - 1].Next = nullptr;
+  return pieces;
 }
 
 /// The sum of the pieces' Count from `first` on.

@@ -15,7 +15,7 @@ namespace ic::internal {
 template <class Unit>
 struct PieceRun {
   using Piece = ICStringPieceT<Unit>;
-  /// Pieces kept in the array; a longer list keeps its tail linked in Rest.
+  /// Pieces held in the array; a longer list keeps its tail linked in Rest.
   static constexpr int kGathered = 16;
 
   /// The first Size pieces of the list, in order.

@@ -5,6 +5,10 @@
 
 namespace ic {
 
+/// The position that stands for the end of the text, as a length "the whole text". It is taken
+/// as it stands, never converted between code points and units.
+inline constexpr int32_t EndOfText = 0x7FFFFFFF;
+
 /// A pointer to code units and a length; a negative length means "up to the terminator".
 /// Used only as an argument, never stored.
 template <class Unit>

@@ -39,7 +39,7 @@ class ICStringSharedStorage : public ICStringStorage<Unit> {
   /// Drops this handle's ownership of its block and takes the empty data.
   void _LetGo() noexcept;
 
-  /// Room for a new length, the old text kept.
+  /// Room for a new length, keeping the old text.
   void _PrepareGrow(int32_t newLength) {
     if (newLength > GetCapacity())
       _ReallocateDetached(newLength);

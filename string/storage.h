@@ -69,7 +69,7 @@ class ICStringStorage {
     }
   }
 
-  /// A short-form block (capacity up to 0x7fff): the common case, kept inline.
+  /// A short-form block (capacity up to 0x7fff): the common case, expanded inline.
   static Unit* _AllocateShort(uint32_t capacity) {
     void* block = ::operator new(ShortHeaderBytes + (capacity + 1) * sizeof(Unit), std::nothrow);
     if (block == nullptr) _ReportOutOfMemory();

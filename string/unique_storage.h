@@ -36,7 +36,7 @@ class ICStringUniqueStorage : public ICStringStorage<Unit> {
   /// Gives the block back; an object with a buffer of its own returns to it, with empty text.
   void _ReleaseStorage() noexcept;
 
-  /// Room for a new length, the old text kept (append-style writes).
+  /// Room for a new length, keeping the old text (append-style writes).
   void _PrepareGrow(int32_t newLength) {
     if (newLength <= GetCapacity()) return;
     if (this->_IsEmptyData()) {

@@ -4,10 +4,10 @@
 #include <cstdint>
 
 #include <ic/platform/code_page.h>
-#include <ic/platform/vector_kernels.h>
+#include <ic/platform/internal/vector_kernels.h>
 
 #if defined(IC_HAVE_AVX2_KERNELS)
-#include "utf_convert_kernels.h"
+#include <ic/string/internal/utf_convert_kernels.h>
 #endif
 
 #if defined(__SSE2__)
@@ -62,7 +62,7 @@ inline void StepRange(const char16_t*& p, size_t& bytes) noexcept {
 #if defined(IC_UTF_CONVERT_SSE2)
 
 // Counts, lane by lane, what eight units without surrogates take beyond one byte each: one more
-// from 0x80 and one more again from 0x800. The counts are kept negated (a comparison gives -1 per
+// from 0x80 and one more again from 0x800. The counts are held negated (a comparison gives -1 per
 // lane), so that a block costs two comparisons and two additions.
 struct ExtraBytes {
   __m128i negated = _mm_setzero_si128();

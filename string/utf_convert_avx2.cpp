@@ -13,7 +13,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "utf_convert_kernels.h"
+#include <ic/string/internal/utf_convert_kernels.h>
 
 namespace ic::internal {
 namespace {

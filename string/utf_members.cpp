@@ -25,7 +25,7 @@ template <class Unit, class Storage>
 auto ICStringUtfMembers<BasicICString<Unit, Storage>>::ConvertFromUTF8String(const char* text,
                                                                              int32_t length)
     -> Str& {
-  auto& self = static_cast<Str&>(*this);
+  auto& self = Self();
   if constexpr (!IsWide) {
     // A narrow string holds UTF-8 already: a plain assignment.
     if (text == nullptr || length == 0) {
@@ -91,13 +91,13 @@ auto ICStringUtfMembers<BasicICString<Unit, Storage>>::ConvertFromUTF8String(
 template <class Unit, class Storage>
 auto ICStringUtfMembers<BasicICString<Unit, Storage>>::ConvertToUTF8() const -> NarrowUnique
     requires(IsWide) {
-  return ic::ConvertToUTF8(static_cast<const Str&>(*this).GetText());
+  return ic::ConvertToUTF8(Self().GetText());
 }
 
 template <class Unit, class Storage>
 auto ICStringUtfMembers<BasicICString<Unit, Storage>>::ConvertToUTF8Units()
     -> Str& requires(IsWide) {
-  auto& self = static_cast<Str&>(*this);
+  auto& self = Self();
   const char16_t* const text = self.GetText();
   const int size = platform::WideCharToMultiByte(platform::CodePageUTF8, 0, text, -1, nullptr, 0);
   if (size <= 0) return self;

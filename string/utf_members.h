@@ -12,6 +12,7 @@
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
 #include <ic/string/range.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -19,10 +20,10 @@ template <class Str>
 class ICStringUtfMembers;
 
 template <class Unit, class Storage>
-class ICStringUtfMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringUtfMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringUtfMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringUtfMembers);
   using NarrowUnique = BasicICString<char, ICStringUniqueStorage<char>>;
-  static constexpr bool IsWide = std::is_same_v<Unit, char16_t>;
 
  public:
   /// Replaces the text by the conversion of `length` bytes of UTF-8 at `text` (negative: up to

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include <ic/string/header.h>
+#include <ic/string/range.h>
 
 namespace ic::internal {
 
@@ -30,7 +31,7 @@ inline bool IsWritableInPlace(const Str& s) {
     return true;
 }
 
-/// Makes the block writable with room for `needed` units and the text kept; when it has to
+/// Makes the block writable with room for `needed` units, keeping the text; when it has to
 /// grow, it grows to `growTo` (at least `needed`). A shared block grows straight into a block
 /// of its own, without a detach first.
 template <class Str>
@@ -41,11 +42,11 @@ inline void PrepareRoomKeep(Str& s, int32_t needed, int32_t growTo) {
 }
 
 /// The builder's growth: needed plus the hint, or with hint 0 the larger of 1024 and twice
-/// needed; never above 0x7fffffff.
+/// needed; never above EndOfText.
 inline int32_t GrowthCapacity(int32_t needed, int32_t reserveHint) {
   const int64_t wanted = reserveHint != 0 ? int64_t{needed} + reserveHint
                                           : std::max<int64_t>(1024, int64_t{needed} * 2);
-  return static_cast<int32_t>(std::min<int64_t>(std::max<int64_t>(wanted, needed), 0x7fffffff));
+  return static_cast<int32_t>(std::min<int64_t>(std::max<int64_t>(wanted, needed), EndOfText));
 }
 
 /// True if `p` lies within [begin, begin + count] (compared as addresses).

@@ -1,7 +1,7 @@
 #include <ic/text/case_mapping.h>
 
-#include <ic/text/case_index.h>
-#include <ic/text/case_map_engine.h>
+#include <ic/text/internal/case_index.h>
+#include <ic/text/internal/case_map_engine.h>
 
 namespace ic {
 
@@ -20,7 +20,7 @@ const CaseRecord* FindCaseRecord(uint32_t code) noexcept {
   return nullptr;
 }
 
-namespace textdetail {
+namespace internal {
 
 uint32_t LowerFromTable(uint32_t code) noexcept {
   const CaseRecord* record = LookupCaseRecord(code);
@@ -32,18 +32,18 @@ uint32_t UpperFromTable(uint32_t code) noexcept {
   return record ? record->upper : code;
 }
 
-}  // namespace textdetail
+}  // namespace internal
 
 void MapCodePointsInPlace(char* text, CodePointMapper mapper) noexcept {
   if (text == nullptr || *text == 0) return;
-  textdetail::MapSameSize(text, mapper);
+  internal::MapSameSize(text, mapper);
 }
 
 int32_t MapCodePoints(char* text, int32_t bufferSize, CodePointMapper mapper) noexcept {
   if (text == nullptr || bufferSize == 0) return MapInvalidArgument;
-  const textdetail::MapMeasure m = textdetail::MeasureMapped(text, mapper);
+  const internal::MapMeasure m = internal::MeasureMapped(text, mapper);
   if (m.total >= bufferSize) return static_cast<int32_t>(m.total + 1);
-  textdetail::RewriteMapped(text, m, mapper);
+  internal::RewriteMapped(text, m, mapper);
   return 0;
 }
 

@@ -21,23 +21,23 @@ inline constexpr int32_t MapInvalidArgument = 22;
 /// The record of `code` (binary search on CaseRecord::code), or null if it has no case.
 IC_API const CaseRecord* FindCaseRecord(uint32_t code) noexcept;
 
-namespace textdetail {
+namespace internal {
 IC_API uint32_t LowerFromTable(uint32_t code) noexcept;
 IC_API uint32_t UpperFromTable(uint32_t code) noexcept;
-}  // namespace textdetail
+}  // namespace internal
 
 /// Below 128: "A" to "Z" plus 32, else unchanged. Otherwise the record's lower, or the code
 /// itself when it has no record.
 inline uint32_t ToLowerCodePoint(uint32_t code) noexcept {
   if (code < 0x80) return (code - 'A' < 26u) ? code + 32 : code;
-  return textdetail::LowerFromTable(code);
+  return internal::LowerFromTable(code);
 }
 
 /// Below 128: "a" to "z" minus 32, else unchanged. Otherwise the record's upper, or the code
 /// itself when it has no record.
 inline uint32_t ToUpperCodePoint(uint32_t code) noexcept {
   if (code < 0x80) return (code - 'a' < 26u) ? code - 32 : code;
-  return textdetail::UpperFromTable(code);
+  return internal::UpperFromTable(code);
 }
 
 /// Applies `mapper` to each code point of the zero-terminated UTF-8 `text` in place, changing
@@ -53,7 +53,7 @@ IC_API void MapCodePointsInPlace(char* text, CodePointMapper mapper) noexcept;
 /// needed) and leaves the text alone. Else writes the result and its terminator and returns 0:
 /// in place when no code point grows, else through a temporary of T + 1 bytes. A mapped value in
 /// the surrogate range or above U+10FFFF is dropped (it is counted in T but not written). A
-/// sequence that the terminator cuts short is kept as it is.
+/// sequence that the terminator cuts short stays as it is.
 IC_API int32_t MapCodePoints(char* text, int32_t bufferSize, CodePointMapper mapper) noexcept;
 
 }  // namespace ic

@@ -5,9 +5,10 @@
 
 #include <ic/platform/wide_runtime.h>
 #include <ic/string/ic_string.h>
-#include <ic/text/case_index.h>
-#include <ic/text/case_map_engine.h>
+#include <ic/string/internal/edit_target.h>
 #include <ic/text/case_mapping.h>
+#include <ic/text/internal/case_index.h>
+#include <ic/text/internal/case_map_engine.h>
 
 namespace ic {
 namespace {
@@ -29,32 +30,31 @@ struct UpperMap {
 };
 
 // Narrow MakeLower / MakeUpper.
-template <class Str, class Map>
-void MapNarrow(Str& self, bool fast, Map map) {
-  const char* const text = self.GetText();
-  const char* const first = textdetail::FindFirstChange(text, map, fast);
+template <class Map>
+void MapNarrow(internal::EditTarget<char>& self, bool fast, Map map) {
+  const char* const text = self.Text;
+  const char* const first = internal::FindFirstChange(text, map, fast);
   if (first == nullptr) return;
   const int32_t offset = static_cast<int32_t>(first - text);
-  const int32_t length = self.GetLength();
+  const int32_t length = self.GetLength(self.String);
   if (fast) {
-    self._PrepareGrow(length);  // a shared block detaches, a view takes a block of its own
-    textdetail::MapSameSize(self._GetBuffer() + offset, map);
+    // A shared block detaches, a view takes a block of its own.
+    internal::MapSameSize(self.MakeRoom(self.String, length) + offset, map);
     return;
   }
   // Measure on the text as it is, so that the one preparation below also makes all the room.
-  const textdetail::MapMeasure m = textdetail::MeasureMapped(first, map);
+  const internal::MapMeasure m = internal::MeasureMapped(first, map);
   const int64_t needed = offset + m.total;
-  self._PrepareGrow(needed > length ? static_cast<int32_t>(needed) : length);
-  char* const buffer = self._GetBuffer();
-  const char* const end = textdetail::RewriteMapped(buffer + offset, m, map);
-  self._SetStoredLength(static_cast<int32_t>(end - buffer));
+  char* const buffer =
+      self.MakeRoom(self.String, needed > length ? static_cast<int32_t>(needed) : length);
+  const char* const end = internal::RewriteMapped(buffer + offset, m, map);
+  self.SetLength(self.String, static_cast<int32_t>(end - buffer));
 }
 
 // Wide MakeLower / MakeUpper.
-template <class Str>
-void MapWide(Str& self, bool fast, bool upper) {
-  const char16_t* const text = self.GetText();
-  const int32_t length = self.GetLength();
+void MapWide(internal::EditTarget<char16_t>& self, bool fast, bool upper) {
+  const char16_t* const text = self.Text;
+  const int32_t length = self.GetLength(self.String);
   int32_t first = 0;
   if (fast) {
     const char16_t from = upper ? u'a' : u'A';
@@ -66,8 +66,7 @@ void MapWide(Str& self, bool fast, bool upper) {
       ++first;
   }
   if (first == length) return;
-  self._PrepareGrow(length);
-  char16_t* const buffer = self._GetBuffer();
+  char16_t* const buffer = self.MakeRoom(self.String, length);
   if (fast) {
     const char16_t from = upper ? u'a' : u'A';
     const int delta = upper ? -32 : 32;
@@ -75,7 +74,8 @@ void MapWide(Str& self, bool fast, bool upper) {
       if (static_cast<char16_t>(buffer[i] - from) < 26)
         buffer[i] = static_cast<char16_t>(buffer[i] + delta);
   } else {
-    const size_t size = static_cast<size_t>(self.GetCapacity()) + 1 - static_cast<size_t>(first);
+    const size_t size =
+        static_cast<size_t>(self.GetCapacity(self.String)) + 1 - static_cast<size_t>(first);
     if (upper)
       platform::_wcsupr_s(buffer + first, size);
     else
@@ -88,10 +88,9 @@ bool IsBlank(Unit unit) noexcept {
   return unit == ' ' || unit == '\t' || unit == '\r' || unit == '\n';
 }
 
-template <class Str>
-void CapitalizeWide(Str& self) {
-  const int32_t length = self.GetLength();
-  const char16_t* text = self.GetText();
+void CapitalizeWide(internal::EditTarget<char16_t>& self) {
+  const int32_t length = self.GetLength(self.String);
+  const char16_t* text = self.Text;
   char16_t* buffer = nullptr;  // set once the string has been prepared for writing
   int32_t i = 0;
   while (i < length) {
@@ -100,22 +99,18 @@ void CapitalizeWide(Str& self) {
     if (i == length) break;
     const char16_t upper = platform::towupper(text[i]);
     if (upper != text[i]) {
-      if (buffer == nullptr) {
-        self._PrepareGrow(length);
-        text = buffer = self._GetBuffer();
-      }
+      if (buffer == nullptr) text = buffer = self.MakeRoom(self.String, length);
       buffer[i] = upper;
     }
     while (i < length && !IsBlank(text[i]))
       ++i;
   }
-  if (buffer != nullptr) self._SetStoredLength(length);
+  if (buffer != nullptr) self.SetLength(self.String, length);
 }
 
-template <class Str>
-void CapitalizeNarrow(Str& self) {
-  const int32_t length = self.GetLength();
-  const char* text = self.GetText();
+void CapitalizeNarrow(internal::EditTarget<char>& self) {
+  const int32_t length = self.GetLength(self.String);
+  const char* text = self.Text;
   char* buffer = nullptr;
   const char* p = text;
   const char* const end = text + length;
@@ -125,7 +120,7 @@ void CapitalizeNarrow(Str& self) {
     if (p == end) break;
     const char* start = p;
     bool whole;
-    const uint32_t code = textdetail::DecodeCodePoint(p, whole);
+    const uint32_t code = internal::DecodeCodePoint(p, whole);
     const uint32_t upper = ToUpperCodePoint(code);
     if (whole && upper != code) {
       if (GetUTF8CodePointSize(upper) != p - start) {
@@ -137,10 +132,10 @@ void CapitalizeNarrow(Str& self) {
             ++q;
           if (q == end) break;
           const char* wordStart = q;
-          const uint32_t c = textdetail::DecodeCodePoint(q, whole);
+          const uint32_t c = internal::DecodeCodePoint(q, whole);
           if (whole) newLength += GetUTF8CodePointSize(ToUpperCodePoint(c)) - (q - wordStart);
           while (q < end && !IsBlank(*q))
-            q += textdetail::StepSize(q);
+            q += internal::StepSize(q);
         }
         const std::unique_ptr<char[]> rest(new char[static_cast<size_t>(newLength - noted) + 1]);
         char* out = rest.get();
@@ -149,7 +144,7 @@ void CapitalizeNarrow(Str& self) {
             *out++ = *q++;
           if (q == end) break;
           const char* wordStart = q;
-          const uint32_t c = textdetail::DecodeCodePoint(q, whole);
+          const uint32_t c = internal::DecodeCodePoint(q, whole);
           if (whole)
             EncodeCodePoint(out, ToUpperCodePoint(c));
           else
@@ -159,15 +154,15 @@ void CapitalizeNarrow(Str& self) {
             *out++ = *q++;
         }
         const int32_t finalLength = noted + static_cast<int32_t>(out - rest.get());
-        self._PrepareGrow(finalLength > length ? finalLength : length);
-        std::memcpy(self._GetBuffer() + noted, rest.get(), static_cast<size_t>(out - rest.get()));
-        self._SetStringEnd(finalLength);
+        char* const written =
+            self.MakeRoom(self.String, finalLength > length ? finalLength : length);
+        std::memcpy(written + noted, rest.get(), static_cast<size_t>(out - rest.get()));
+        self.SetEnd(self.String, finalLength);
         return;
       }
       if (buffer == nullptr) {
         const int32_t offset = static_cast<int32_t>(start - text);
-        self._PrepareGrow(length);
-        buffer = self._GetBuffer();
+        buffer = self.MakeRoom(self.String, length);
         p = buffer + (p - text);
         start = buffer + offset;
         text = buffer;
@@ -176,7 +171,7 @@ void CapitalizeNarrow(Str& self) {
       EncodeCodePoint(out, upper);
     }
     while (p < end && !IsBlank(*p))
-      p += textdetail::StepSize(p);
+      p += internal::StepSize(p);
   }
 }
 
@@ -184,33 +179,36 @@ void CapitalizeNarrow(Str& self) {
 
 template <class Unit, class Storage>
 auto ICStringCaseMembers<BasicICString<Unit, Storage>>::MakeLower(bool fast) -> Str& {
-  auto& self = static_cast<Str&>(*this);
+  auto& self = Self();
+  auto target = internal::EditTarget<Unit>::Of(self);
   if constexpr (sizeof(Unit) == 1)
-    MapNarrow(self, fast, LowerMap{});
+    MapNarrow(target, fast, LowerMap{});
   else
-    MapWide(self, fast, false);
+    MapWide(target, fast, false);
   return self;
 }
 
 template <class Unit, class Storage>
 auto ICStringCaseMembers<BasicICString<Unit, Storage>>::MakeUpper(bool fast) -> Str& {
-  auto& self = static_cast<Str&>(*this);
+  auto& self = Self();
+  auto target = internal::EditTarget<Unit>::Of(self);
   if constexpr (sizeof(Unit) == 1)
-    MapNarrow(self, fast, UpperMap{});
+    MapNarrow(target, fast, UpperMap{});
   else
-    MapWide(self, fast, true);
+    MapWide(target, fast, true);
   return self;
 }
 
 template <class Unit, class Storage>
 auto ICStringCaseMembers<BasicICString<Unit, Storage>>::Capitalize() noexcept -> Str& {
-  auto& self = static_cast<Str&>(*this);
+  auto& self = Self();
   if (self.GetLength() == 0) return self;
   MakeLower(false);
+  auto target = internal::EditTarget<Unit>::Of(self);
   if constexpr (sizeof(Unit) == 1)
-    CapitalizeNarrow(self);
+    CapitalizeNarrow(target);
   else
-    CapitalizeWide(self);
+    CapitalizeWide(target);
   return self;
 }
 

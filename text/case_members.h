@@ -14,6 +14,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -21,8 +22,9 @@ template <class Str>
 class ICStringCaseMembers;
 
 template <class Unit, class Storage>
-class ICStringCaseMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringCaseMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringCaseMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringCaseMembers);
 
  public:
   /// Lower-cases the text and returns the string.

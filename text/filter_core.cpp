@@ -4,7 +4,7 @@
 #include <type_traits>
 
 #include <ic/string/utf8.h>
-#include <ic/text/utf8_walk.h>
+#include <ic/string/internal/positions.h>
 
 namespace ic::internal {
 namespace {
@@ -75,7 +75,7 @@ inline uint32_t ReadAt(const Unit* text, int32_t length, int32_t& r) noexcept {
   if constexpr (IsNarrow<Unit>) {
     const char* p = text + r;
     const uint32_t code = static_cast<unsigned char>(*p) < 0x80 ? static_cast<unsigned char>(*p++)
-                                                                : textdetail::DecodeCodePoint(p);
+                                                                : internal::DecodeCodePoint(p);
     r = static_cast<int32_t>(p - text);
     if (r > length) r = length;
     return code;
@@ -342,9 +342,9 @@ void ReverseUnits(Unit* text, int32_t first, int32_t last) noexcept {
     // Each multi-byte sequence now stands backwards, continuation bytes first: turn each group
     // up to and including its lead byte round again.
     for (int32_t i = first; i < last; ++i) {
-      if (!textdetail::IsContinuation(text[i])) continue;
+      if (!internal::IsContinuation(text[i])) continue;
       int32_t j = i;
-      while (j + 1 < last && textdetail::IsContinuation(text[j]))
+      while (j + 1 < last && internal::IsContinuation(text[j]))
         ++j;
       for (int32_t a = i, b = j; a < b; ++a, --b) {
         const Unit t = text[a];

@@ -2,11 +2,11 @@
 #include <cstring>
 
 #include <ic/text/case_mapping.h>
+#include <ic/text/internal/search_core.h>
 #include <ic/text/plain_text.h>
-#include <ic/text/search_core.h>
 #include <ic/text/search_needle.h>
 
-namespace ic::textdetail {
+namespace ic::internal {
 
 template <class Unit>
 int32_t IndexOf(const Unit* text, const Unit* found, bool lengthInUnits) noexcept {
@@ -65,7 +65,7 @@ const Unit* FindTextNoCase(const Unit* text, int32_t length, int32_t offset,
   const SearchNeedle<Unit> search(needle, true);
   if (search.IsEmpty()) return nullptr;
   const Unit* const end = text + length;
-  const uint32_t first = search.codes[0];
+  const uint32_t first = search.Codes()[0];
   for (const Unit* p = text + offset; p < end;) {
     if (first < 0x80) {
       // ASCII that cannot begin a match is passed over without decoding or calls: an ASCII unit
@@ -148,11 +148,11 @@ int32_t FindWordOffset(const Unit* text, int32_t length, const Unit* needle, con
   int32_t offset;
   if (reverse) {
     if (position < 0) return -1;
-    offset = ToUnits(text, length, position, lengthInUnits);
+    offset = UnitOffsetWithin(text, length, position, lengthInUnits);
     if (offset > length) offset = length;
   } else {
     if (position < 0) position = 0;
-    offset = ToUnits(text, length, position, lengthInUnits);
+    offset = UnitOffsetWithin(text, length, position, lengthInUnits);
     if (offset > length) return -1;
   }
   const int32_t needleLength = static_cast<int32_t>(TextLength(needle));
@@ -267,4 +267,4 @@ bool EndsWithText(const Unit* text, int32_t length, const Unit* suffix, bool ign
 IC_INSTANTIATE_SEARCH(char)
 IC_INSTANTIATE_SEARCH(char16_t)
 
-}  // namespace ic::textdetail
+}  // namespace ic::internal

@@ -3,12 +3,12 @@
 #include <cstring>
 
 #include <ic/platform/wide_runtime.h>
+#include <ic/string/internal/positions.h>
 #include <ic/text/case_mapping.h>
-#include <ic/text/utf8_walk.h>
 
 namespace ic {
 
-using textdetail::DecodeCodePoint;
+using internal::DecodeCodePoint;
 
 namespace {
 
@@ -51,7 +51,7 @@ const char* FindLastCodePoint(const char* text, uint32_t code) noexcept {
   if (code < 0x80) return std::strrchr(text, static_cast<int>(code));
   const char* end = text + std::strlen(text);
   while (end > text) {
-    const uint32_t found = textdetail::DecodeBackward(text, end);
+    const uint32_t found = internal::DecodeBackward(text, end);
     if (found == code) return end;
   }
   return nullptr;
@@ -103,7 +103,7 @@ char* CopyCodePoints(char* target, const char* source, int32_t count) noexcept {
       while (out - target < count);
       return target;
     }
-    const int size = textdetail::StepSize(source);
+    const int size = internal::StepSize(source);
     for (int k = 0; k < size; ++k)
       *out++ = *source++;
   }

@@ -1,13 +1,13 @@
 #include <ic/text/search_members.h>
 
 #include <ic/string/ic_string.h>
+#include <ic/text/internal/search_core.h>
 #include <ic/text/plain_text.h>
-#include <ic/text/search_core.h>
 
 namespace ic {
 namespace {
 
-using namespace textdetail;
+using namespace internal;
 
 // A single character as a zero-terminated text: UTF-8 for narrow strings, one unit for wide.
 // A code point that cannot be encoded gives the empty text.
@@ -40,16 +40,12 @@ int32_t UnitsAt(const Unit* p) noexcept {
 
 }  // namespace
 
-#define IC_SEARCH_MEMBER(Result, Name, ...)                                   \
-  template <class Unit, class Storage>                                        \
-  auto ICStringSearchMembers<BasicICString<Unit, Storage>>::Name(__VA_ARGS__) \
-      const noexcept->Result
-
 // --- First occurrence ---------------------------------------------------------------------------
 
-IC_SEARCH_MEMBER(const Unit*, FindPointer, const Unit* needle, int32_t position,
-                 bool lengthInUnits) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindPointer(
+    const Unit* needle, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
+  const auto& self = Self();
   if (needle == nullptr || *needle == 0) return nullptr;
   const Unit* text = self.GetText();
   const int32_t length = Length(self);
@@ -57,41 +53,60 @@ IC_SEARCH_MEMBER(const Unit*, FindPointer, const Unit* needle, int32_t position,
   return offset < 0 ? nullptr : FindText(text, length, offset, needle);
 }
 
-IC_SEARCH_MEMBER(const Unit*, FindPointer, CodeType code, int32_t position, bool lengthInUnits) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindPointer(
+    CodeType code, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
+  const auto& self = Self();
   const Unit* text = self.GetText();
   const int32_t length = Length(self);
   const int32_t offset = ForwardOffset(text, length, position, lengthInUnits);
   return offset < 0 ? nullptr : FindCode(text, length, offset, static_cast<uint32_t>(code));
 }
 
-IC_SEARCH_MEMBER(int32_t, Find, const Unit* needle, int32_t position, bool lengthInUnits) {
-  const Unit* text = static_cast<const Str&>(*this).GetText();
-  return textdetail::IndexOf(text, FindPointer(needle, position, lengthInUnits), lengthInUnits);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::Find(const Unit* needle, int32_t position,
+                                                               bool lengthInUnits) const noexcept
+    -> int32_t {
+  const Unit* text = Self().GetText();
+  return internal::IndexOf(text, FindPointer(needle, position, lengthInUnits), lengthInUnits);
 }
 
-IC_SEARCH_MEMBER(int32_t, Find, CodeType code, int32_t position, bool lengthInUnits) {
-  const Unit* text = static_cast<const Str&>(*this).GetText();
-  return textdetail::IndexOf(text, FindPointer(code, position, lengthInUnits), lengthInUnits);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::Find(CodeType code, int32_t position,
+                                                               bool lengthInUnits) const noexcept
+    -> int32_t {
+  const Unit* text = Self().GetText();
+  return internal::IndexOf(text, FindPointer(code, position, lengthInUnits), lengthInUnits);
 }
 
-IC_SEARCH_MEMBER(int32_t, IndexOf, const Unit* needle, int32_t position, bool lengthInUnits) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::IndexOf(const Unit* needle,
+                                                                  int32_t position,
+                                                                  bool lengthInUnits) const noexcept
+    -> int32_t {
   return Find(needle, position, lengthInUnits);
 }
-IC_SEARCH_MEMBER(int32_t, IndexOf, CodeType code, int32_t position, bool lengthInUnits) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::IndexOf(CodeType code, int32_t position,
+                                                                  bool lengthInUnits) const noexcept
+    -> int32_t {
   return Find(code, position, lengthInUnits);
 }
-IC_SEARCH_MEMBER(const Unit*, IndexOfPointer, const Unit* needle, int32_t position,
-                 bool lengthInUnits) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::IndexOfPointer(
+    const Unit* needle, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
   return FindPointer(needle, position, lengthInUnits);
 }
-IC_SEARCH_MEMBER(const Unit*, IndexOfPointer, CodeType code, int32_t position, bool lengthInUnits) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::IndexOfPointer(
+    CodeType code, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
   return FindPointer(code, position, lengthInUnits);
 }
 
-IC_SEARCH_MEMBER(const Unit*, FindNoCasePointer, const Unit* needle, int32_t position,
-                 bool lengthInUnits) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindNoCasePointer(
+    const Unit* needle, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
+  const auto& self = Self();
   if (needle == nullptr || *needle == 0) return nullptr;
   const Unit* text = self.GetText();
   const int32_t length = Length(self);
@@ -99,17 +114,19 @@ IC_SEARCH_MEMBER(const Unit*, FindNoCasePointer, const Unit* needle, int32_t pos
   return offset < 0 ? nullptr : FindTextNoCase(text, length, offset, needle);
 }
 
-IC_SEARCH_MEMBER(int32_t, FindNoCase, const Unit* needle, int32_t position, bool lengthInUnits) {
-  const Unit* text = static_cast<const Str&>(*this).GetText();
-  return textdetail::IndexOf(text, FindNoCasePointer(needle, position, lengthInUnits),
-                             lengthInUnits);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindNoCase(
+    const Unit* needle, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
+  const Unit* text = Self().GetText();
+  return internal::IndexOf(text, FindNoCasePointer(needle, position, lengthInUnits), lengthInUnits);
 }
 
 // --- Last occurrence ----------------------------------------------------------------------------
 
-IC_SEARCH_MEMBER(const Unit*, FindLastPointer, const Unit* needle, int32_t position,
-                 bool lengthInUnits) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLastPointer(
+    const Unit* needle, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
+  const auto& self = Self();
   if (needle == nullptr || *needle == 0) return nullptr;
   const Unit* text = self.GetText();
   const int32_t length = Length(self);
@@ -117,42 +134,54 @@ IC_SEARCH_MEMBER(const Unit*, FindLastPointer, const Unit* needle, int32_t posit
   return limit < 0 ? nullptr : FindLastText(text, length, limit, position, needle);
 }
 
-IC_SEARCH_MEMBER(const Unit*, FindLastPointer, CodeType code, int32_t position,
-                 bool lengthInUnits) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLastPointer(
+    CodeType code, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
+  const auto& self = Self();
   const Unit* text = self.GetText();
   const int32_t limit = BackwardLimit(text, Length(self), position, lengthInUnits);
   return limit < 0 ? nullptr : FindLastCode(text, limit, static_cast<uint32_t>(code));
 }
 
-IC_SEARCH_MEMBER(int32_t, FindLast, const Unit* needle, int32_t position, bool lengthInUnits) {
-  const Unit* text = static_cast<const Str&>(*this).GetText();
-  return textdetail::IndexOf(text, FindLastPointer(needle, position, lengthInUnits), lengthInUnits);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLast(
+    const Unit* needle, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
+  const Unit* text = Self().GetText();
+  return internal::IndexOf(text, FindLastPointer(needle, position, lengthInUnits), lengthInUnits);
 }
-IC_SEARCH_MEMBER(int32_t, FindLast, CodeType code, int32_t position, bool lengthInUnits) {
-  const Unit* text = static_cast<const Str&>(*this).GetText();
-  return textdetail::IndexOf(text, FindLastPointer(code, position, lengthInUnits), lengthInUnits);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLast(
+    CodeType code, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
+  const Unit* text = Self().GetText();
+  return internal::IndexOf(text, FindLastPointer(code, position, lengthInUnits), lengthInUnits);
 }
-IC_SEARCH_MEMBER(int32_t, LastIndexOf, const Unit* needle, int32_t position, bool lengthInUnits) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::LastIndexOf(
+    const Unit* needle, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
   return FindLast(needle, position, lengthInUnits);
 }
-IC_SEARCH_MEMBER(int32_t, LastIndexOf, CodeType code, int32_t position, bool lengthInUnits) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::LastIndexOf(
+    CodeType code, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
   return FindLast(code, position, lengthInUnits);
 }
-IC_SEARCH_MEMBER(const Unit*, LastIndexOfPointer, const Unit* needle, int32_t position,
-                 bool lengthInUnits) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::LastIndexOfPointer(
+    const Unit* needle, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
   return FindLastPointer(needle, position, lengthInUnits);
 }
-IC_SEARCH_MEMBER(const Unit*, LastIndexOfPointer, CodeType code, int32_t position,
-                 bool lengthInUnits) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::LastIndexOfPointer(
+    CodeType code, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
   return FindLastPointer(code, position, lengthInUnits);
 }
 
 // --- Sets ---------------------------------------------------------------------------------------
 
-IC_SEARCH_MEMBER(const Unit*, FindFirstOfPointer, const Unit* set, int32_t position,
-                 bool lengthInUnits) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindFirstOfPointer(
+    const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
+  const auto& self = Self();
   if (set == nullptr || *set == 0) return nullptr;
   const Unit* text = self.GetText();
   const int32_t length = Length(self);
@@ -160,9 +189,10 @@ IC_SEARCH_MEMBER(const Unit*, FindFirstOfPointer, const Unit* set, int32_t posit
   return offset < 0 ? nullptr : FindFirstInSet(text, length, offset, set, true);
 }
 
-IC_SEARCH_MEMBER(const Unit*, FindFirstNotOfPointer, const Unit* set, int32_t position,
-                 bool lengthInUnits) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindFirstNotOfPointer(
+    const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
+  const auto& self = Self();
   if (set == nullptr || *set == 0) return nullptr;
   const Unit* text = self.GetText();
   const int32_t length = Length(self);
@@ -170,54 +200,72 @@ IC_SEARCH_MEMBER(const Unit*, FindFirstNotOfPointer, const Unit* set, int32_t po
   return offset < 0 ? nullptr : FindFirstInSet(text, length, offset, set, false);
 }
 
-IC_SEARCH_MEMBER(const Unit*, FindLastOfPointer, const Unit* set, int32_t position,
-                 bool lengthInUnits) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLastOfPointer(
+    const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
+  const auto& self = Self();
   if (set == nullptr || *set == 0) return nullptr;
   const Unit* text = self.GetText();
   const int32_t limit = BackwardLimit(text, Length(self), position, lengthInUnits);
   return limit < 0 ? nullptr : FindLastInSet(text, limit, set, true);
 }
 
-IC_SEARCH_MEMBER(const Unit*, FindLastNotOfPointer, const Unit* set, int32_t position,
-                 bool lengthInUnits) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLastNotOfPointer(
+    const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
+  const auto& self = Self();
   if (set == nullptr || *set == 0) return nullptr;
   const Unit* text = self.GetText();
   const int32_t limit = BackwardLimit(text, Length(self), position, lengthInUnits);
   return limit < 0 ? nullptr : FindLastInSet(text, limit, set, false);
 }
 
-IC_SEARCH_MEMBER(int32_t, FindFirstOf, const Unit* set, int32_t position, bool lengthInUnits) {
-  const Unit* text = static_cast<const Str&>(*this).GetText();
-  return textdetail::IndexOf(text, FindFirstOfPointer(set, position, lengthInUnits), lengthInUnits);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindFirstOf(
+    const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
+  const Unit* text = Self().GetText();
+  return internal::IndexOf(text, FindFirstOfPointer(set, position, lengthInUnits), lengthInUnits);
 }
-IC_SEARCH_MEMBER(int32_t, FindFirstNotOf, const Unit* set, int32_t position, bool lengthInUnits) {
-  const Unit* text = static_cast<const Str&>(*this).GetText();
-  return textdetail::IndexOf(text, FindFirstNotOfPointer(set, position, lengthInUnits),
-                             lengthInUnits);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindFirstNotOf(
+    const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
+  const Unit* text = Self().GetText();
+  return internal::IndexOf(text, FindFirstNotOfPointer(set, position, lengthInUnits),
+                           lengthInUnits);
 }
-IC_SEARCH_MEMBER(int32_t, FindLastOf, const Unit* set, int32_t position, bool lengthInUnits) {
-  const Unit* text = static_cast<const Str&>(*this).GetText();
-  return textdetail::IndexOf(text, FindLastOfPointer(set, position, lengthInUnits), lengthInUnits);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLastOf(
+    const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
+  const Unit* text = Self().GetText();
+  return internal::IndexOf(text, FindLastOfPointer(set, position, lengthInUnits), lengthInUnits);
 }
-IC_SEARCH_MEMBER(int32_t, FindLastNotOf, const Unit* set, int32_t position, bool lengthInUnits) {
-  const Unit* text = static_cast<const Str&>(*this).GetText();
-  return textdetail::IndexOf(text, FindLastNotOfPointer(set, position, lengthInUnits),
-                             lengthInUnits);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLastNotOf(
+    const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
+  const Unit* text = Self().GetText();
+  return internal::IndexOf(text, FindLastNotOfPointer(set, position, lengthInUnits), lengthInUnits);
 }
 
 // --- Words and nesting --------------------------------------------------------------------------
 
-IC_SEARCH_MEMBER(int32_t, FindWord, const Unit* needle, const Unit* breakSet, int32_t position,
-                 bool lengthInUnits, bool reverse) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindWord(const Unit* needle,
+                                                                   const Unit* breakSet,
+                                                                   int32_t position,
+                                                                   bool lengthInUnits,
+                                                                   bool reverse) const noexcept
+    -> int32_t {
+  const auto& self = Self();
   return FindWordOffset(self.GetText(), Length(self), needle, breakSet, position, lengthInUnits,
                         reverse);
 }
 
-IC_SEARCH_MEMBER(int32_t, FindWord, const Unit* needle, int32_t position, bool lengthInUnits,
-                 bool reverse) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindWord(const Unit* needle,
+                                                                   int32_t position,
+                                                                   bool lengthInUnits,
+                                                                   bool reverse) const noexcept
+    -> int32_t {
   return FindWord(needle, DefaultWordBreaks(), position, lengthInUnits, reverse);
 }
 
@@ -225,21 +273,21 @@ template <class Unit, class Storage>
 int32_t ICStringSearchMembers<BasicICString<Unit, Storage>>::FindBalanced(
     const Unit* open, const Unit* close, bool flat, int32_t position, bool lengthInUnits,
     int32_t depth) const {
-  const auto& self = static_cast<const Str&>(*this);
+  const auto& self = Self();
   if (open == nullptr || *open == 0 || close == nullptr || *close == 0) return -1;
   const Unit* text = self.GetText();
   const int32_t length = Length(self);
   const int32_t offset = ForwardOffset(text, length, position, lengthInUnits);
   if (offset < 0) return -1;
-  return textdetail::IndexOf(
-      text, FindBalancedIn(text, length, offset, open, close, 0, flat, depth), lengthInUnits);
+  return internal::IndexOf(text, FindBalancedIn(text, length, offset, open, close, 0, flat, depth),
+                           lengthInUnits);
 }
 
 template <class Unit, class Storage>
 int32_t ICStringSearchMembers<BasicICString<Unit, Storage>>::FindBalanced(
     CodeType open, CodeType close, CodeType escape, bool flat, int32_t position, bool lengthInUnits,
     int32_t depth) const {
-  const auto& self = static_cast<const Str&>(*this);
+  const auto& self = Self();
   const CodeText<Unit> openText(static_cast<uint32_t>(open));
   const CodeText<Unit> closeText(static_cast<uint32_t>(close));
   if (openText.units[0] == 0 || closeText.units[0] == 0) return -1;
@@ -247,27 +295,35 @@ int32_t ICStringSearchMembers<BasicICString<Unit, Storage>>::FindBalanced(
   const int32_t length = Length(self);
   const int32_t offset = ForwardOffset(text, length, position, lengthInUnits);
   if (offset < 0) return -1;
-  return textdetail::IndexOf(text,
-                             FindBalancedIn(text, length, offset, openText.units, closeText.units,
-                                            static_cast<uint32_t>(escape), flat, depth),
-                             lengthInUnits);
+  return internal::IndexOf(text,
+                           FindBalancedIn(text, length, offset, openText.units, closeText.units,
+                                          static_cast<uint32_t>(escape), flat, depth),
+                           lengthInUnits);
 }
 
 // --- The text around an occurrence --------------------------------------------------------------
 
-IC_SEARCH_MEMBER(const Unit*, AfterFirstPointer, const Unit* needle, const Unit* fallback) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::AfterFirstPointer(
+    const Unit* needle, const Unit* fallback) const noexcept -> const Unit* {
   const Unit* found = FindPointer(needle, 0, true);
   return found ? found + TextLength(needle) : fallback;
 }
-IC_SEARCH_MEMBER(const Unit*, AfterFirstPointer, CodeType code, const Unit* fallback) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::AfterFirstPointer(
+    CodeType code, const Unit* fallback) const noexcept -> const Unit* {
   const Unit* found = FindPointer(code, 0, true);
   return found && *found != 0 ? found + UnitsAt(found) : fallback;
 }
-IC_SEARCH_MEMBER(const Unit*, AfterLastPointer, const Unit* needle, const Unit* fallback) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::AfterLastPointer(
+    const Unit* needle, const Unit* fallback) const noexcept -> const Unit* {
   const Unit* found = FindLastPointer(needle, EndOfText, true);
   return found ? found + TextLength(needle) : fallback;
 }
-IC_SEARCH_MEMBER(const Unit*, AfterLastPointer, CodeType code, const Unit* fallback) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::AfterLastPointer(
+    CodeType code, const Unit* fallback) const noexcept -> const Unit* {
   const Unit* found = FindLastPointer(code, EndOfText, true);
   return found ? found + UnitsAt(found) : fallback;
 }
@@ -291,52 +347,74 @@ Str HeadString(const Str& self, const Unit* found, const Unit* fallback) noexcep
 
 }  // namespace
 
-IC_SEARCH_MEMBER(Str, AfterFirst, const Unit* needle, const Unit* fallback) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::AfterFirst(
+    const Unit* needle, const Unit* fallback) const noexcept -> Str {
   return TailString<Str>(AfterFirstPointer(needle, fallback));
 }
-IC_SEARCH_MEMBER(Str, AfterFirst, CodeType code, const Unit* fallback) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::AfterFirst(
+    CodeType code, const Unit* fallback) const noexcept -> Str {
   return TailString<Str>(AfterFirstPointer(code, fallback));
 }
-IC_SEARCH_MEMBER(Str, AfterLast, const Unit* needle, const Unit* fallback) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::AfterLast(
+    const Unit* needle, const Unit* fallback) const noexcept -> Str {
   return TailString<Str>(AfterLastPointer(needle, fallback));
 }
-IC_SEARCH_MEMBER(Str, AfterLast, CodeType code, const Unit* fallback) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::AfterLast(
+    CodeType code, const Unit* fallback) const noexcept -> Str {
   return TailString<Str>(AfterLastPointer(code, fallback));
 }
-IC_SEARCH_MEMBER(Str, BeforeFirst, const Unit* needle, const Unit* fallback) {
-  return HeadString(static_cast<const Str&>(*this), FindPointer(needle, 0, true), fallback);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::BeforeFirst(
+    const Unit* needle, const Unit* fallback) const noexcept -> Str {
+  return HeadString(Self(), FindPointer(needle, 0, true), fallback);
 }
-IC_SEARCH_MEMBER(Str, BeforeFirst, CodeType code, const Unit* fallback) {
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::BeforeFirst(
+    CodeType code, const Unit* fallback) const noexcept -> Str {
   const Unit* found = FindPointer(code, 0, true);
   if (found != nullptr && *found == 0) found = nullptr;  // the terminator is no occurrence here
-  return HeadString(static_cast<const Str&>(*this), found, fallback);
+  return HeadString(Self(), found, fallback);
 }
-IC_SEARCH_MEMBER(Str, BeforeLast, const Unit* needle, const Unit* fallback) {
-  return HeadString(static_cast<const Str&>(*this), FindLastPointer(needle, EndOfText, true),
-                    fallback);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::BeforeLast(
+    const Unit* needle, const Unit* fallback) const noexcept -> Str {
+  return HeadString(Self(), FindLastPointer(needle, EndOfText, true), fallback);
 }
-IC_SEARCH_MEMBER(Str, BeforeLast, CodeType code, const Unit* fallback) {
-  return HeadString(static_cast<const Str&>(*this), FindLastPointer(code, EndOfText, true),
-                    fallback);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::BeforeLast(
+    CodeType code, const Unit* fallback) const noexcept -> Str {
+  return HeadString(Self(), FindLastPointer(code, EndOfText, true), fallback);
 }
 
 // --- Comparing ----------------------------------------------------------------------------------
 
-IC_SEARCH_MEMBER(bool, Equals, const Unit* other, bool exact) {
-  return ic::Equals(static_cast<const Str&>(*this).GetText(), other, exact);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::Equals(const Unit* other,
+                                                                 bool exact) const noexcept
+    -> bool {
+  return ic::Equals(Self().GetText(), other, exact);
 }
 
-IC_SEARCH_MEMBER(bool, StartsWith, const Unit* prefix, bool ignoreCase) {
-  return ic::StartsWith(static_cast<const Str&>(*this).GetText(), prefix, ignoreCase);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::StartsWith(const Unit* prefix,
+                                                                     bool ignoreCase) const noexcept
+    -> bool {
+  return ic::StartsWith(Self().GetText(), prefix, ignoreCase);
 }
 
-IC_SEARCH_MEMBER(bool, StartsWithAt, const Unit* prefix, int32_t position, bool lengthInUnits,
-                 bool ignoreCase) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::StartsWithAt(
+    const Unit* prefix, int32_t position, bool lengthInUnits, bool ignoreCase) const noexcept
+    -> bool {
+  const auto& self = Self();
   const Unit* text = self.GetText();
   const int32_t length = Length(self);
   if (position < 0) return false;
-  const int32_t offset = ToUnits(text, length, position, lengthInUnits);
+  const int32_t offset = UnitOffsetWithin(text, length, position, lengthInUnits);
   if (offset > length) return false;
   if constexpr (sizeof(Unit) == 1) {
     // A count of code points beyond the end stops at the end: that is beyond the length too.
@@ -350,28 +428,32 @@ IC_SEARCH_MEMBER(bool, StartsWithAt, const Unit* prefix, int32_t position, bool 
 template <class Unit, class Storage>
 bool ICStringSearchMembers<BasicICString<Unit, Storage>>::StartsWithNoCase(
     const Unit* prefix) const noexcept requires(IsWide) {
-  return ic::StartsWith(static_cast<const Str&>(*this).GetText(), prefix, true);
+  return ic::StartsWith(Self().GetText(), prefix, true);
 }
 
-IC_SEARCH_MEMBER(bool, EndsWith, const Unit* suffix) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::EndsWith(
+    const Unit* suffix) const noexcept -> bool {
+  const auto& self = Self();
   return EndsWithText(self.GetText(), Length(self), suffix, false);
 }
 
-IC_SEARCH_MEMBER(bool, EndsWith, CodeType code) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::EndsWith(CodeType code) const noexcept
+    -> bool {
+  const auto& self = Self();
   const Unit* text = self.GetText();
   const Unit* end = text + Length(self);
   if (end == text) return false;
   return Previous(text, end) == static_cast<uint32_t>(code);
 }
 
-IC_SEARCH_MEMBER(bool, EndsWithNoCase, const Unit* suffix) {
-  const auto& self = static_cast<const Str&>(*this);
+template <class Unit, class Storage>
+auto ICStringSearchMembers<BasicICString<Unit, Storage>>::EndsWithNoCase(
+    const Unit* suffix) const noexcept -> bool {
+  const auto& self = Self();
   return EndsWithText(self.GetText(), Length(self), suffix, true);
 }
-
-#undef IC_SEARCH_MEMBER
 
 IC_INSTANTIATE_STRING_MIXIN(ICStringSearchMembers)
 

@@ -3,8 +3,8 @@
 //
 // Positions and results: in narrow strings a position counts code points, or code units when
 // `lengthInUnits` is true, and a result is counted the same way; wide strings always count
-// units. 0x7FFFFFFF means the end of the text and is never converted. Not found is -1 for an
-// index and null for a pointer. A null or empty needle or set never matches.
+// units. EndOfText (range.h) means the end of the text and is never converted. Not found is -1 for
+// an index and null for a pointer. A null or empty needle or set never matches.
 //
 // Plain searches go straight to the run-time's byte search (narrow) or to the linear unit search
 // of wide_search.h; text is decoded only for code points of 128 and above, for sets and for
@@ -22,6 +22,8 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/range.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -29,15 +31,15 @@ template <class Str>
 class ICStringSearchMembers;
 
 template <class Unit, class Storage>
-class ICStringSearchMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
-  static constexpr bool IsWide = std::is_same_v<Unit, char16_t>;
+class ICStringSearchMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringSearchMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringSearchMembers);
 
  public:
   /// A single character to search for: a code point in narrow strings, a unit in wide ones.
   using CodeType = std::conditional_t<IsWide, char16_t, char32_t>;
   /// The position that stands for the end of the text.
-  static constexpr int32_t EndOfText = 0x7FFFFFFF;
+  static constexpr int32_t EndOfText = ::ic::EndOfText;
   /// The break set of FindWord when none is given: space , . ; : ! ? CR LF " < > ( ) [ ]
   static constexpr const Unit* DefaultWordBreaks() noexcept {
     if constexpr (IsWide)
@@ -146,7 +148,7 @@ class ICStringSearchMembers<BasicICString<Unit, Storage>> {
   /// The string forms return the receiver's shape: unique and shared strings copy; a view
   /// returns a view of its own tail, or of the fallback, without copying. BeforeFirst and
   /// BeforeLast copy the text ahead of the occurrence. A null fallback gives the empty string.
-  /// A failed allocation ends the process.
+  /// Noexcept by contract: a failed allocation ends the process.
   /// @{
   const Unit* AfterFirstPointer(const Unit* needle, const Unit* fallback) const noexcept;
   const Unit* AfterFirstPointer(CodeType code, const Unit* fallback) const noexcept;

@@ -1,82 +1,77 @@
 #include <ic/text/search_needle.h>
 
 #include <ic/platform/wide_runtime.h>
+#include <ic/string/internal/positions.h>
 #include <ic/text/case_mapping.h>
-#include <ic/text/utf8_walk.h>
 
 namespace ic {
 
 template <class Unit>
 SearchNeedle<Unit>::SearchNeedle(const Unit* text, bool ignoreCase, bool copy)
-    : codes(inlineCodes), ownsCodes(false), singleCode(true), ignoreCase(ignoreCase) {
-  inlineCodes[0] = 0;
+    : _codes(_inlineCodes), _singleCode(true), _ignoreCase(ignoreCase) {
+  _inlineCodes[0] = 0;
   if (text == nullptr || *text == 0) return;
   if constexpr (sizeof(Unit) == 1) {
     (void)copy;
     uint32_t count = 0;
-    for (const char* p = text; *p != 0; p += textdetail::StepSize(p))
+    for (const char* p = text; *p != 0; p += internal::StepSize(p))
       ++count;
-    Code* target = inlineCodes;
+    Code* target = _inlineCodes;
     if (count + 1 >= InlineCodes) {
-      target = new Code[count + 1];
-      ownsCodes = true;
+      _heapCodes = std::make_unique_for_overwrite<Code[]>(count + 1);
+      target = _heapCodes.get();
     }
     uint32_t n = 0;
     for (const char* p = text; *p != 0; ++n) {
-      const uint32_t code = textdetail::DecodeCodePoint(p);
+      const uint32_t code = internal::DecodeCodePoint(p);
       target[n] = ignoreCase ? ToUpperCodePoint(code) : code;
     }
     target[n] = 0;
-    codes = target;
-    singleCode = n <= 1;
+    _codes = target;
+    _singleCode = n <= 1;
   } else {
     size_t length = 0;
     while (text[length] != 0)
       ++length;
-    singleCode = length <= 1;
+    _singleCode = length <= 1;
     if (!ignoreCase && !copy) {
-      codes = text;
+      _codes = text;
       return;
     }
-    Code* target = inlineCodes;
+    Code* target = _inlineCodes;
     if (length >= InlineCodes - 1) {
-      target = new Code[length + 1];
-      ownsCodes = true;
+      _heapCodes = std::make_unique_for_overwrite<Code[]>(length + 1);
+      target = _heapCodes.get();
     }
     for (size_t i = 0; i < length; ++i)
       target[i] = ignoreCase ? platform::towupper(text[i]) : text[i];
     target[length] = 0;
-    codes = target;
+    _codes = target;
   }
-}
-
-template <class Unit>
-SearchNeedle<Unit>::~SearchNeedle() {
-  if (ownsCodes) delete[] codes;
 }
 
 template <class Unit>
 bool SearchNeedle<Unit>::MatchesFirst(uint32_t code) const noexcept {
   if constexpr (sizeof(Unit) == 1) {
-    return (ignoreCase ? ToUpperCodePoint(code) : code) == codes[0];
+    return (_ignoreCase ? ToUpperCodePoint(code) : code) == _codes[0];
   } else {
     const char16_t unit = static_cast<char16_t>(code);
-    return (ignoreCase ? platform::towupper(unit) : unit) == codes[0];
+    return (_ignoreCase ? platform::towupper(unit) : unit) == _codes[0];
   }
 }
 
 template <class Unit>
 bool SearchNeedle<Unit>::MatchesRest(const Unit*& cursor) const noexcept {
-  if (singleCode) return true;
+  if (_singleCode) return true;
   const Unit* p = cursor;
-  for (const Code* c = codes + 1; *c != 0; ++c) {
+  for (const Code* c = _codes + 1; *c != 0; ++c) {
     if (*p == 0) return false;
     if constexpr (sizeof(Unit) == 1) {
-      const uint32_t code = textdetail::DecodeCodePoint(p);
-      if ((ignoreCase ? ToUpperCodePoint(code) : code) != *c) return false;
+      const uint32_t code = internal::DecodeCodePoint(p);
+      if ((_ignoreCase ? ToUpperCodePoint(code) : code) != *c) return false;
     } else {
       const char16_t unit = *p++;
-      if ((ignoreCase ? platform::towupper(unit) : unit) != *c) return false;
+      if ((_ignoreCase ? platform::towupper(unit) : unit) != *c) return false;
     }
   }
   cursor = p;

@@ -5,10 +5,11 @@
 // ignoreCase, every code of the needle is mapped to upper case (ToUpperCodePoint, or the
 // run-time's towupper for wide text) and text is mapped the same way before it is compared.
 // Needles below 256 codes live in an array inside the object, so that a needle on the stack
-// costs no allocation; longer ones go to the heap.
+// costs no allocation; longer ones go to a heap array that the object owns.
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <type_traits>
 
 #include <ic/platform/export.h>
@@ -25,12 +26,11 @@ class IC_API SearchNeedle {
   /// Decodes `text` (null or empty gives an empty needle that counts as singleCode). A wide
   /// needle that is not case-folded and not to be copied is used in place, without a copy.
   SearchNeedle(const Unit* text, bool ignoreCase, bool copy = false);
-  ~SearchNeedle();
   SearchNeedle(const SearchNeedle&) = delete;
   SearchNeedle& operator=(const SearchNeedle&) = delete;
 
   /// True for a null or empty needle, which never matches.
-  bool IsEmpty() const noexcept { return codes[0] == 0; }
+  bool IsEmpty() const noexcept { return _codes[0] == 0; }
 
   /// `code`, mapped to upper case with ignoreCase, equals the first code of the needle.
   bool MatchesFirst(uint32_t code) const noexcept;
@@ -40,11 +40,22 @@ class IC_API SearchNeedle {
   /// text first is a failure. True at once for a singleCode needle.
   bool MatchesRest(const Unit*& cursor) const noexcept;
 
-  Code inlineCodes[InlineCodes];  ///< the needle when it fits, zero-terminated
-  const Code* codes;              ///< the needle in use: inlineCodes, a heap array, or the text
-  bool ownsCodes;                 ///< codes is a heap array, freed at destruction
-  bool singleCode;                ///< at most one code: no rest to compare
-  bool ignoreCase;                ///< codes are upper case; text is mapped before comparing
+  /// The needle in use, zero-terminated: the array inside the object, a heap array, or the
+  /// text itself (a wide needle used in place).
+  const Code* Codes() const noexcept { return _codes; }
+  /// True if the needle lives in the array inside the object (no allocation was made).
+  bool IsInline() const noexcept { return _codes == _inlineCodes; }
+  /// True if the needle went to a heap array of its own, freed with the object.
+  bool IsOnHeap() const noexcept { return _heapCodes != nullptr; }
+  /// At most one code: there is no rest to compare.
+  bool IsSingleCode() const noexcept { return _singleCode; }
+
+ private:
+  Code _inlineCodes[InlineCodes];
+  std::unique_ptr<Code[]> _heapCodes;  ///< the needle when it does not fit in _inlineCodes
+  const Code* _codes;
+  bool _singleCode;
+  bool _ignoreCase;  ///< codes are upper case; text is mapped before comparing
 };
 
 extern template class IC_API SearchNeedle<char>;

@@ -1,7 +1,7 @@
 #include <ic/text/internal/trim_core.h>
 
 #include <ic/string/utf8.h>
-#include <ic/text/utf8_walk.h>
+#include <ic/string/internal/positions.h>
 
 namespace ic::internal {
 namespace {
@@ -19,7 +19,7 @@ inline bool IsDefaultBlank(Unit unit) noexcept {
 template <class Unit>
 inline uint32_t ReadCode(const Unit*& p, const Unit* end) noexcept {
   if constexpr (IsNarrow<Unit>) {
-    const uint32_t code = textdetail::DecodeCodePoint(p);
+    const uint32_t code = internal::DecodeCodePoint(p);
     if (p > end) p = end;
     return code;
   } else {
@@ -83,7 +83,7 @@ const Unit* TrimEndInSet(const Unit* begin, const Unit* end, const TrimSet<Unit>
   while (end > begin) {
     if constexpr (IsNarrow<Unit>) {
       const char* start = end;
-      const uint32_t code = textdetail::DecodeBackward(begin, start);
+      const uint32_t code = internal::DecodeBackward(begin, start);
       if (!Contains(set, code)) break;
       end = start;
     } else {

@@ -7,7 +7,7 @@
 
 #include <ic/markup/html_entities.h>
 #include <ic/number/number_format.h>
-#include <ic/text/utf8_walk.h>
+#include <ic/string/internal/positions.h>
 
 namespace ic::internal {
 
@@ -42,7 +42,7 @@ void EncodeHtmlTo(const Unit* text, bool lineBreakTags, Sink& sink) {
     }
     uint32_t value;
     if constexpr (sizeof(Unit) == 1)
-      value = textdetail::DecodeCodePoint(p);
+      value = internal::DecodeCodePoint(p);
     else
       value = static_cast<U>(*p++);
     const Unit* name = nullptr;

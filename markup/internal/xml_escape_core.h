@@ -11,7 +11,7 @@
 #include <type_traits>
 
 #include <ic/string/utf8.h>
-#include <ic/text/utf8_walk.h>
+#include <ic/string/internal/positions.h>
 
 namespace ic::internal {
 
@@ -94,7 +94,7 @@ void EscapeXmlFrom(const Unit* source, int32_t length, const Unit* first, bool e
       }
       uint32_t code;
       if constexpr (sizeof(Unit) == 1)
-        code = textdetail::DecodeCodePoint(p);
+        code = internal::DecodeCodePoint(p);
       else
         code = static_cast<U>(*p++);
       int n = XmlReplacement(code, escapeQuotes, alsoEscape, piece);
@@ -116,7 +116,7 @@ void EscapeXmlFrom(const Unit* source, int32_t length, const Unit* first, bool e
     }
     uint32_t code;
     if constexpr (sizeof(Unit) == 1)
-      code = textdetail::DecodeCodePoint(p);
+      code = internal::DecodeCodePoint(p);
     else
       code = *p++;
     int n = XmlReplacement(code, escapeQuotes, alsoEscape, piece);

@@ -16,7 +16,7 @@
 namespace ic {
 namespace {
 
-using testing::AllocationScope;
+using test::AllocationScope;
 
 template <class S>
 std::string Text(const S& s) {

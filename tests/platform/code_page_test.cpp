@@ -8,7 +8,7 @@
 #include <vector>
 
 #include <ic/platform/code_page.h>
-#include <ic/platform/vector_kernels.h>
+#include <ic/platform/internal/vector_kernels.h>
 
 namespace ic::platform {
 namespace {

@@ -21,18 +21,19 @@ using ic::test::Utf8;
 class CatalogueRowsTest : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    TRows = new std::vector<CatalogueRow>(ic::test::ReadCatalogueRows(ic::test::CatalogueRowsPath));
+    g_rows =
+        new std::vector<CatalogueRow>(ic::test::ReadCatalogueRows(ic::test::CatalogueRowsPath));
   }
   static void TearDownTestSuite() {
-    delete TRows;
-    TRows = nullptr;
+    delete g_rows;
+    g_rows = nullptr;
   }
 
   void SetUp() override { ASSERT_TRUE(_module.IsLoaded()) << _module.Error(); }
 
   static std::vector<CatalogueRow> RowsOf(const std::string& catalogue) {
     std::vector<CatalogueRow> rows;
-    for (const CatalogueRow& row : *TRows) {
+    for (const CatalogueRow& row : *g_rows) {
       if (row.Catalogue == catalogue) rows.push_back(row);
     }
     return rows;
@@ -68,18 +69,18 @@ class CatalogueRowsTest : public ::testing::Test {
     EXPECT_EQ(record->GetText(record, record->Count), nullptr);
   }
 
-  static std::vector<CatalogueRow>* TRows;
+  static std::vector<CatalogueRow>* g_rows;
   ic::test::LoadedModule _module{ic::test::ModulePath};
 };
 
-std::vector<CatalogueRow>* CatalogueRowsTest::TRows = nullptr;
+std::vector<CatalogueRow>* CatalogueRowsTest::g_rows = nullptr;
 
 TEST_F(CatalogueRowsTest, ListingIsInRowOrder) {
   std::map<std::string, int> next;
-  for (const CatalogueRow& row : *TRows) {
+  for (const CatalogueRow& row : *g_rows) {
     EXPECT_EQ(row.Row, next[row.Catalogue]++) << row.Catalogue << " " << row.Key;
   }
-  EXPECT_EQ(TRows->size(), 514u);
+  EXPECT_EQ(g_rows->size(), 514u);
 }
 
 TEST_F(CatalogueRowsTest, Core) {
@@ -126,7 +127,7 @@ TEST_F(CatalogueRowsTest, Os) {
 
 TEST_F(CatalogueRowsTest, ListingCoversEveryCatalogue) {
   std::set<std::string> listed;
-  for (const CatalogueRow& row : *TRows)
+  for (const CatalogueRow& row : *g_rows)
     listed.insert(row.Catalogue);
   std::set<std::string> loaded;
   for (ResourceStringLibrary* record : _module.Chain())

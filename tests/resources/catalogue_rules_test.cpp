@@ -1,6 +1,7 @@
 // Rules that every row of the built module's catalogues keeps: no empty text, balanced braces,
 // only the catalogue's own parameters, and the family rules of the key suffixes (_hint,
-// _no_uri, _collected, _ignored), plus the quirks that the catalogues keep on purpose.
+// _no_uri, _collected, _ignored), plus the rows whose texts stand as given: equal twins, ASCII
+// points, spaces.
 #include <map>
 #include <set>
 #include <string>
@@ -263,7 +264,7 @@ TEST_F(CatalogueRulesTest, ArgParametersOnlyInTheCatalogueTimingLine) {
   }
 }
 
-TEST_F(CatalogueRulesTest, KeptQuirks) {
+TEST_F(CatalogueRulesTest, RowsThatStandAsGiven) {
   EXPECT_EQ(Find("os", "SocketNotUdp")->Text, Find("os", "SocketNotTcp")->Text);
   EXPECT_TRUE(EndsWith(Find("os", "NetworkProxyAuthMethodUserOK")->Text, "OK."));
   EXPECT_TRUE(EndsWith(Find("os", "NetworkProxyAuthOK")->Text, "OK。"));

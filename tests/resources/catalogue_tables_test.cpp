@@ -43,7 +43,7 @@ struct Group {
         &catalogues::NAME::TextAccessor                                          \
   }
 
-const Group TGroups[] = {IC_GROUP(gui, 16),       IC_GROUP(xsdt, 15),         IC_GROUP(dispatch, 6),
+const Group kGroups[] = {IC_GROUP(gui, 16),       IC_GROUP(xsdt, 15),         IC_GROUP(dispatch, 6),
                          IC_GROUP(regex, 21),     IC_GROUP(cryptography, 34), IC_GROUP(xml, 182),
                          IC_GROUP(Scintilla, 33), IC_GROUP(msg, 10),          IC_GROUP(icgui, 2),
                          IC_GROUP(res, 23),       IC_GROUP(core, 31),         IC_GROUP(pkg, 82),
@@ -59,7 +59,7 @@ std::string Name(const Group& group) {
 }
 
 TEST(CatalogueTablesTest, CountsAndRecords) {
-  for (const Group& group : TGroups) {
+  for (const Group& group : kGroups) {
     SCOPED_TRACE(Name(group));
     EXPECT_EQ(group.RowCount, group.Count);
     ResourceStringLibrary* library = group.GetLibrary();
@@ -74,7 +74,7 @@ TEST(CatalogueTablesTest, CountsAndRecords) {
 }
 
 TEST(CatalogueTablesTest, GetKeyAtEndsInNull) {
-  for (const Group& group : TGroups) {
+  for (const Group& group : kGroups) {
     SCOPED_TRACE(Name(group));
     for (int32_t row = 0; row < group.Count; ++row) {
       ASSERT_NE(group.GetKeyAt(row), nullptr) << row;
@@ -87,7 +87,7 @@ TEST(CatalogueTablesTest, GetKeyAtEndsInNull) {
 }
 
 TEST(CatalogueTablesTest, AccessorsClamp) {
-  for (const Group& group : TGroups) {
+  for (const Group& group : kGroups) {
     SCOPED_TRACE(Name(group));
     for (int32_t row : {-1, group.Count, group.Count + 1, INT32_MIN, INT32_MAX}) {
       EXPECT_EQ(group.TextAccessor(nullptr, row), nullptr) << row;
@@ -99,7 +99,7 @@ TEST(CatalogueTablesTest, AccessorsClamp) {
 }
 
 TEST(CatalogueTablesTest, EveryKeyFindsItsRow) {
-  for (const Group& group : TGroups) {
+  for (const Group& group : kGroups) {
     SCOPED_TRACE(Name(group));
     ResourceStringLibrary* library = group.GetLibrary();
     for (int32_t row = 0; row < group.Count; ++row) {

@@ -13,29 +13,29 @@ IC_RESOURCE_CATALOGUE_DECLARATIONS(3)
 
 namespace ic::resources::catalogues::sample {
 namespace {
-const char16_t* const TTexts[3 + 1] = {u"\u4E00", u"two {n}", u"three\nlines", nullptr};
-const char16_t* const TKeys[3 + 1] = {u"one", u"two", u"three", nullptr};
+const char16_t* const kTexts[3 + 1] = {u"\u4E00", u"two {n}", u"three\nlines", nullptr};
+const char16_t* const kKeys[3 + 1] = {u"one", u"two", u"three", nullptr};
 }  // namespace
-IC_RESOURCE_CATALOGUE(u"sample", 3, TTexts, TKeys)
+IC_RESOURCE_CATALOGUE(u"sample", 3, kTexts, kKeys)
 }  // namespace ic::resources::catalogues::sample
 
 namespace ic::resources::catalogues::nothing {
 IC_RESOURCE_CATALOGUE_DECLARATIONS(0)
 namespace {
-const char16_t* const TTexts[0 + 1] = {nullptr};
-const char16_t* const TKeys[0 + 1] = {nullptr};
+const char16_t* const kTexts[0 + 1] = {nullptr};
+const char16_t* const kKeys[0 + 1] = {nullptr};
 }  // namespace
-IC_RESOURCE_CATALOGUE(u"nothing", 0, TTexts, TKeys)
+IC_RESOURCE_CATALOGUE(u"nothing", 0, kTexts, kKeys)
 }  // namespace ic::resources::catalogues::nothing
 
 // Used by one test only, which sees its record built.
 namespace ic::resources::catalogues::lazy {
 IC_RESOURCE_CATALOGUE_DECLARATIONS(1)
 namespace {
-const char16_t* const TTexts[1 + 1] = {u"text", nullptr};
-const char16_t* const TKeys[1 + 1] = {u"key", nullptr};
+const char16_t* const kTexts[1 + 1] = {u"text", nullptr};
+const char16_t* const kKeys[1 + 1] = {u"key", nullptr};
 }  // namespace
-IC_RESOURCE_CATALOGUE(u"lazy", 1, TTexts, TKeys)
+IC_RESOURCE_CATALOGUE(u"lazy", 1, kTexts, kKeys)
 }  // namespace ic::resources::catalogues::lazy
 
 namespace {
@@ -64,8 +64,8 @@ TEST(ResourceCatalogueTest, AccessorsClampOutOfRangeToTheFinalNull) {
 TEST(ResourceCatalogueTest, AccessorsIgnoreTheLibrary) {
   ResourceStringLibrary* library = sample::GetLibrary();
   EXPECT_EQ(sample::TextAccessor(library, 1), sample::TextAccessor(nullptr, 1));
-  EXPECT_EQ(library->GetText(library, 1), sample::TTexts[1]);
-  EXPECT_EQ(library->GetKey(nullptr, 1), sample::TKeys[1]);
+  EXPECT_EQ(library->GetText(library, 1), sample::kTexts[1]);
+  EXPECT_EQ(library->GetKey(nullptr, 1), sample::kKeys[1]);
   EXPECT_EQ(library->GetText(library, -1), nullptr);
   EXPECT_EQ(library->GetText(library, 3), nullptr);
   EXPECT_EQ(library->GetText(library, 4), nullptr);
@@ -117,11 +117,11 @@ struct SeenByHook {
   uint32_t Word1 = 0;
   uint32_t Word2 = 0;
 };
-SeenByHook TSeen;
+SeenByHook g_seen;
 
 MessageResult* RecordingHook(MessageResult* result, const ResourceStringLibrary* library,
                              uint32_t word1, uint32_t word2) {
-  TSeen = {library, word1, word2};
+  g_seen = {library, word1, word2};
   result->Text = u"hooked";
   result->Word = word1 + word2;
   return result;
@@ -137,9 +137,9 @@ TEST(ResourceCatalogueTest, GetMessageGoesThroughTheHook) {
   manager.GetMessageHook = &RecordingHook;
   EXPECT_EQ(sample::GetMessage(&result, 0xDEADBEEF, 5), &result);
   manager.GetMessageHook = &DefaultGetMessage;
-  EXPECT_EQ(TSeen.Library, sample::GetLibrary());
-  EXPECT_EQ(TSeen.Word1, 0xDEADBEEFu);
-  EXPECT_EQ(TSeen.Word2, 5u);
+  EXPECT_EQ(g_seen.Library, sample::GetLibrary());
+  EXPECT_EQ(g_seen.Word1, 0xDEADBEEFu);
+  EXPECT_EQ(g_seen.Word2, 5u);
   EXPECT_EQ(std::u16string(result.Text), u"hooked");
 }
 
@@ -148,7 +148,7 @@ TEST(ResourceCatalogueTest, KeyIndexOverTheTables) {
   BuildKeyIndex(library);
   ASSERT_EQ(library->KeyIndex.size(), 3u);
   EXPECT_EQ(library->KeyIndex.at(u"two"), 1);
-  EXPECT_EQ(library->KeyIndex.find(u"two")->first, sample::TKeys[1]);
+  EXPECT_EQ(library->KeyIndex.find(u"two")->first, sample::kKeys[1]);
 
   ResourceStringLibrary* empty = nothing::GetLibrary();
   BuildKeyIndex(empty);

@@ -18,7 +18,7 @@ namespace {
 using ic::test::JsonValue;
 
 // Catalogue names in chain order.
-const std::vector<std::string> TChainOrder = {
+const std::vector<std::string> kChainOrder = {
     "gui", "xsdt",  "dispatch", "regex", "cryptography", "xml", "Scintilla",
     "msg", "icgui", "res",      "core",  "pkg",          "os"};
 
@@ -27,32 +27,32 @@ class IcresDumpRoundTripTest : public ::testing::Test {
   static void SetUpTestSuite() {
     const ic::test::ProcessResult result =
         ic::test::RunProcess(ic::test::IcresPath, {"dump", "--json"});
-    TStatus = result.Status;
-    TErr = result.Err;
-    TDump = new JsonValue(ic::test::ParseJson(result.Out));
+    g_status = result.Status;
+    g_err = result.Err;
+    g_dump = new JsonValue(ic::test::ParseJson(result.Out));
   }
   static void TearDownTestSuite() {
-    delete TDump;
-    TDump = nullptr;
+    delete g_dump;
+    g_dump = nullptr;
   }
 
-  static const JsonValue& Catalogues() { return (*TDump)["catalogues"]; }
+  static const JsonValue& Catalogues() { return (*g_dump)["catalogues"]; }
 
-  static int TStatus;
-  static std::string TErr;
-  static JsonValue* TDump;
+  static int g_status;
+  static std::string g_err;
+  static JsonValue* g_dump;
 };
 
-int IcresDumpRoundTripTest::TStatus = -1;
-std::string IcresDumpRoundTripTest::TErr;
-JsonValue* IcresDumpRoundTripTest::TDump = nullptr;
+int IcresDumpRoundTripTest::g_status = -1;
+std::string IcresDumpRoundTripTest::g_err;
+JsonValue* IcresDumpRoundTripTest::g_dump = nullptr;
 
 TEST_F(IcresDumpRoundTripTest, DumpSucceeds) {
-  EXPECT_EQ(TStatus, 0);
-  EXPECT_EQ(TErr, "");
-  ASSERT_EQ(TDump->Type, JsonValue::Kind::Object);
-  ASSERT_EQ(TDump->Object.size(), 1u);
-  EXPECT_EQ(TDump->Object[0].first, "catalogues");
+  EXPECT_EQ(g_status, 0);
+  EXPECT_EQ(g_err, "");
+  ASSERT_EQ(g_dump->Type, JsonValue::Kind::Object);
+  ASSERT_EQ(g_dump->Object.size(), 1u);
+  EXPECT_EQ(g_dump->Object[0].first, "catalogues");
 }
 
 TEST_F(IcresDumpRoundTripTest, CataloguesInChainOrder) {
@@ -68,7 +68,7 @@ TEST_F(IcresDumpRoundTripTest, CataloguesInChainOrder) {
     EXPECT_EQ(catalogue["count"].Type, JsonValue::Kind::Number);
     EXPECT_EQ(catalogue["count"].Number, static_cast<double>(catalogue["rows"].Array.size()));
   }
-  EXPECT_EQ(names, TChainOrder);
+  EXPECT_EQ(names, kChainOrder);
 }
 
 TEST_F(IcresDumpRoundTripTest, EverySourceRowArrivesUnchanged) {
@@ -76,7 +76,7 @@ TEST_F(IcresDumpRoundTripTest, EverySourceRowArrivesUnchanged) {
   for (const JsonValue& catalogue : Catalogues().Array)
     dumped[catalogue["name"].String] = &catalogue;
   size_t total = 0;
-  for (const std::string& name : TChainOrder) {
+  for (const std::string& name : kChainOrder) {
     SCOPED_TRACE(name);
     const auto modules = ic::test::ReadCatalogueSource(std::string(ic::test::CatalogueSourceDir) +
                                                        "/" + name + ".xml");

@@ -24,30 +24,30 @@ struct Table {
   int TextCalls = 0;
   int ThrowAtCall = -1;  // GetKey throws std::bad_alloc on this call number, once
 };
-Table TTable;
+Table g_table;
 
 const char16_t* CountingKey(const ResourceStringLibrary*, int32_t index) {
-  const int call = TTable.KeyCalls++;
-  if (call == TTable.ThrowAtCall) {
-    TTable.ThrowAtCall = -1;
+  const int call = g_table.KeyCalls++;
+  if (call == g_table.ThrowAtCall) {
+    g_table.ThrowAtCall = -1;
     throw std::bad_alloc();
   }
-  return TTable.Keys.at(static_cast<size_t>(index));
+  return g_table.Keys.at(static_cast<size_t>(index));
 }
 
 const char16_t* CountingText(const ResourceStringLibrary*, int32_t) {
-  ++TTable.TextCalls;
+  ++g_table.TextCalls;
   return u"text";
 }
 
 class ResourceLibraryTest : public ::testing::Test {
  protected:
-  void SetUp() override { TTable = Table(); }
+  void SetUp() override { g_table = Table(); }
 
   static ResourceStringLibrary Make(std::vector<const char16_t*> keys) {
-    TTable.Keys = std::move(keys);
+    g_table.Keys = std::move(keys);
     return ResourceStringLibrary(u"sample", &CountingText, &CountingKey,
-                                 static_cast<int32_t>(TTable.Keys.size()), nullptr, nullptr, 0);
+                                 static_cast<int32_t>(g_table.Keys.size()), nullptr, nullptr, 0);
   }
 };
 
@@ -74,7 +74,7 @@ TEST_F(ResourceLibraryTest, ConstructorSetsTheFields) {
   }
   // Registered as the last step: it is the head now.
   EXPECT_EQ(GetResourceStringManager().FirstLibrary, &library);
-  EXPECT_EQ(TTable.KeyCalls + TTable.TextCalls, 0);  // construction reads no row
+  EXPECT_EQ(g_table.KeyCalls + g_table.TextCalls, 0);  // construction reads no row
 }
 
 TEST_F(ResourceLibraryTest, FieldsLieInTheirOrder) {
@@ -115,8 +115,8 @@ TEST_F(ResourceLibraryTest, KeyIndexMapsEveryKeyToItsRow) {
   EXPECT_EQ(library.KeyIndex.at(u"b"), 0);
   EXPECT_EQ(library.KeyIndex.at(u"c"), 2);
   // The map holds the table's pointers; it copies no text.
-  EXPECT_EQ(library.KeyIndex.find(u"c")->first, TTable.Keys[2]);
-  EXPECT_EQ(TTable.TextCalls, 0);
+  EXPECT_EQ(library.KeyIndex.find(u"c")->first, g_table.Keys[2]);
+  EXPECT_EQ(g_table.TextCalls, 0);
 }
 
 TEST_F(ResourceLibraryTest, KeyIndexComparesTextNotPointers) {
@@ -130,15 +130,15 @@ TEST_F(ResourceLibraryTest, KeyIndexIsBuiltOnce) {
   ResourceStringLibrary library = Make({u"x", u"y", u"z", u"w"});
   BuildKeyIndex(&library);
   BuildKeyIndex(&library);
-  EXPECT_EQ(TTable.KeyCalls, 4);
+  EXPECT_EQ(g_table.KeyCalls, 4);
   EXPECT_EQ(library.KeyIndex.size(), 4u);
 }
 
 TEST_F(ResourceLibraryTest, EmptyLibraryGetsItsFlagWithoutCalls) {
   ResourceStringLibrary library = Make({});
   BuildKeyIndex(&library);
-  EXPECT_EQ(TTable.KeyCalls, 0);
-  EXPECT_EQ(TTable.TextCalls, 0);
+  EXPECT_EQ(g_table.KeyCalls, 0);
+  EXPECT_EQ(g_table.TextCalls, 0);
   EXPECT_EQ(library.KeyIndexBuilt.load(), 1);
   EXPECT_TRUE(library.KeyIndex.empty());
 }
@@ -146,7 +146,7 @@ TEST_F(ResourceLibraryTest, EmptyLibraryGetsItsFlagWithoutCalls) {
 TEST_F(ResourceLibraryTest, NullKeysAreSkipped) {
   ResourceStringLibrary library = Make({u"first", nullptr, nullptr, u"last"});
   BuildKeyIndex(&library);
-  EXPECT_EQ(TTable.KeyCalls, 4);  // a null key does not end the walk
+  EXPECT_EQ(g_table.KeyCalls, 4);  // a null key does not end the walk
   ASSERT_EQ(library.KeyIndex.size(), 2u);
   EXPECT_EQ(library.KeyIndex.at(u"first"), 0);
   EXPECT_EQ(library.KeyIndex.at(u"last"), 3);
@@ -171,7 +171,7 @@ TEST_F(ResourceLibraryTest, KeysOrderByUnsignedUnitsPrefixFirst) {
 
 TEST_F(ResourceLibraryTest, FailedBuildLeavesTheFlagClearAndTheMutexFree) {
   ResourceStringLibrary library = Make({u"a", u"b", u"c"});
-  TTable.ThrowAtCall = 2;
+  g_table.ThrowAtCall = 2;
   EXPECT_THROW(BuildKeyIndex(&library), std::bad_alloc);
   EXPECT_EQ(library.KeyIndexBuilt.load(), 0);
   EXPECT_EQ(library.KeyIndex.size(), 2u);  // the rows entered so far
@@ -185,7 +185,7 @@ TEST_F(ResourceLibraryTest, FailedBuildLeavesTheFlagClearAndTheMutexFree) {
   EXPECT_TRUE(locked);
   // The next build walks all rows again.
   BuildKeyIndex(&library);
-  EXPECT_EQ(TTable.KeyCalls, 3 + 3);
+  EXPECT_EQ(g_table.KeyCalls, 3 + 3);
   EXPECT_EQ(library.KeyIndexBuilt.load(), 1);
   EXPECT_EQ(library.KeyIndex.size(), 3u);
   EXPECT_EQ(library.KeyIndex.at(u"c"), 2);
@@ -203,39 +203,39 @@ TEST_F(ResourceLibraryTest, IdIndicesWithoutAccessorsAreEmpty) {
   EXPECT_TRUE(library.AlternateKeyIndex.empty());
   EXPECT_TRUE(library.NumericIndex.empty());
   EXPECT_EQ(library.KeyIndexBuilt.load(), 0);  // the key index has a flag of its own
-  EXPECT_EQ(TTable.KeyCalls, 0);
+  EXPECT_EQ(g_table.KeyCalls, 0);
 }
 
 // Numeric entries: five, then null; the id 7 appears twice.
-const NumericEntry TNumeric[] = {{7, 70}, {-3, 30}, {100, 1000}, {7, 71}, {INT32_MIN, 5}};
-int TNumericCalls = 0;
+const NumericEntry kNumeric[] = {{7, 70}, {-3, 30}, {100, 1000}, {7, 71}, {INT32_MIN, 5}};
+int g_numericCalls = 0;
 const NumericEntry* NumericAt(int32_t index) {
-  ++TNumericCalls;
-  return index >= 0 && index < 5 ? &TNumeric[index] : nullptr;
+  ++g_numericCalls;
+  return index >= 0 && index < 5 ? &kNumeric[index] : nullptr;
 }
 
-const char16_t* const TAlternateKeys[] = {u"alpha", nullptr, u"gamma", u"alpha", u"beyond"};
-int TAlternateCalls = 0;
+const char16_t* const kAlternateKeys[] = {u"alpha", nullptr, u"gamma", u"alpha", u"beyond"};
+int g_alternateCalls = 0;
 const char16_t* AlternateAt(int32_t index) {
-  ++TAlternateCalls;
-  return TAlternateKeys[index];
+  ++g_alternateCalls;
+  return kAlternateKeys[index];
 }
 
 TEST_F(ResourceLibraryTest, IdIndicesFromBothAccessors) {
-  TNumericCalls = 0;
-  TAlternateCalls = 0;
+  g_numericCalls = 0;
+  g_alternateCalls = 0;
   ResourceStringLibrary library(u"ids", &CountingText, &CountingKey, 0, &NumericAt, &AlternateAt,
                                 4);
   BuildIdIndices(&library);
   BuildIdIndices(&library);  // once only
   EXPECT_EQ(library.IdIndicesBuilt.load(), 1);
 
-  EXPECT_EQ(TAlternateCalls, 4);  // AlternateCount rows, not more
+  EXPECT_EQ(g_alternateCalls, 4);  // AlternateCount rows, not more
   ASSERT_EQ(library.AlternateKeyIndex.size(), 2u);
   EXPECT_EQ(library.AlternateKeyIndex.at(u"alpha"), 3);  // the last row wins
   EXPECT_EQ(library.AlternateKeyIndex.at(u"gamma"), 2);
 
-  EXPECT_EQ(TNumericCalls, 6);  // up to and including the null
+  EXPECT_EQ(g_numericCalls, 6);  // up to and including the null
   ASSERT_EQ(library.NumericIndex.size(), 4u);
   EXPECT_EQ(library.NumericIndex.at(7), 71u);  // the last pair of an id wins
   EXPECT_EQ(library.NumericIndex.at(-3), 30u);

@@ -94,7 +94,7 @@ TEST(ResourceStringManagerTest, DefaultHooks) {
   const int32_t capacity = text.GetCapacity();
   EXPECT_EQ(&DefaultClearString(text), &text);
   EXPECT_TRUE(text.IsEmpty());
-  EXPECT_EQ(text.GetCapacity(), capacity);  // the block is kept
+  EXPECT_EQ(text.GetCapacity(), capacity);  // the block stays
 
   DefaultNotify();  // does nothing, and must not fail
   const ResourceStringManager& manager = GetResourceStringManager();

@@ -27,7 +27,7 @@ struct Expected {
 };
 
 // Chain order: the last record built at start-up comes first.
-const Expected TChain[] = {
+const Expected kChain[] = {
     {u"gui", 16},  {u"xsdt", 15},      {u"dispatch", 6}, {u"regex", 21}, {u"cryptography", 34},
     {u"xml", 182}, {u"Scintilla", 33}, {u"msg", 10},     {u"icgui", 2},  {u"res", 23},
     {u"core", 31}, {u"pkg", 82},       {u"os", 59}};
@@ -45,7 +45,7 @@ TEST_F(LanguageModuleTest, ChainRunsFromGuiToOs) {
   ResourceStringLibrary* record = _module.GetFirst();
   ASSERT_NE(record, nullptr);
   EXPECT_EQ(std::u16string(record->Name), u"gui");
-  for (const Expected& expected : TChain) {
+  for (const Expected& expected : kChain) {
     ASSERT_NE(record, nullptr) << Utf8(expected.Name);
     EXPECT_EQ(std::u16string(record->Name), expected.Name);
     EXPECT_EQ(record->Count, expected.Count) << Utf8(expected.Name);

@@ -37,13 +37,13 @@ struct KeyTable {
   }
   std::vector<std::u16string> Keys;
 };
-const KeyTable TKeys;
-std::atomic<int> TKeyCalls[kLibraries];
+const KeyTable kKeys;
+std::atomic<int> g_keyCalls[kLibraries];
 
 template <int Library>
 const char16_t* CountingKey(const ResourceStringLibrary*, int32_t row) {
-  TKeyCalls[Library].fetch_add(1);
-  return TKeys.Keys[static_cast<size_t>(row)].c_str();
+  g_keyCalls[Library].fetch_add(1);
+  return kKeys.Keys[static_cast<size_t>(row)].c_str();
 }
 
 const char16_t* NoText(const ResourceStringLibrary*, int32_t) {
@@ -62,7 +62,7 @@ std::u16string SharedText(int t) {
   return std::u16string(u"Shared by ").append(KeyTable::Number(t));
 }
 
-const std::vector<std::u16string> TCodes = {u"EN", u"de", u"Ja", u"zh",
+const std::vector<std::u16string> kCodes = {u"EN", u"de", u"Ja", u"zh",
                                             u"ES", u"fr", u"ko", u"pt-BR"};
 
 TEST(ResourceThreadsTest, ManagerStaysConsistentUnderEightThreads) {
@@ -70,9 +70,9 @@ TEST(ResourceThreadsTest, ManagerStaysConsistentUnderEightThreads) {
       {u"t0", &NoText, &CountingKey<0>, kRows, nullptr, nullptr, 0},
       {u"t1", &NoText, &CountingKey<1>, kRows, nullptr, nullptr, 0},
       {u"t2", &NoText, &CountingKey<2>, kRows, nullptr, nullptr, 0}};
-  const std::set<std::u16string> codes(TCodes.begin(), TCodes.end());
+  const std::set<std::u16string> codes(kCodes.begin(), kCodes.end());
   std::set<std::u16string> lowerCodes;
-  for (const auto& code : TCodes)
+  for (const auto& code : kCodes)
     lowerCodes.insert(Lower(code));
   lowerCodes.insert(u"en");  // before the first SetLanguage
 
@@ -94,12 +94,12 @@ TEST(ResourceThreadsTest, ManagerStaysConsistentUnderEightThreads) {
       ResourceStringLibrary& library = libraries[(t + round) % kLibraries];
       BuildKeyIndex(&library);
       const int32_t row = (t * 37 + round) % kRows;
-      if (FindRowInKeyIndex(&library, TKeys.Keys[static_cast<size_t>(row)].c_str()) != row) {
+      if (FindRowInKeyIndex(&library, kKeys.Keys[static_cast<size_t>(row)].c_str()) != row) {
         fault();
       }
 
       // Language: a code that some thread set, spelt as it set it, with its own index.
-      SetLanguage(TCodes[static_cast<size_t>((t + round) % TCodes.size())].c_str());
+      SetLanguage(kCodes[static_cast<size_t>((t + round) % kCodes.size())].c_str());
       const std::u16string language = GetLanguage(false).GetText();
       if (!codes.count(language)) fault();
       if (!lowerCodes.count(GetLanguage(true).GetText())) fault();
@@ -137,7 +137,7 @@ TEST(ResourceThreadsTest, ManagerStaysConsistentUnderEightThreads) {
 
   EXPECT_EQ(faults.load(), 0);
   for (int i = 0; i < kLibraries; ++i) {
-    EXPECT_EQ(TKeyCalls[i].load(), kRows) << "library " << i;  // each index walked once
+    EXPECT_EQ(g_keyCalls[i].load(), kRows) << "library " << i;  // each index walked once
     EXPECT_EQ(libraries[i].KeyIndexBuilt.load(), 1);
     EXPECT_EQ(libraries[i].KeyIndex.size(), static_cast<size_t>(kRows));
   }

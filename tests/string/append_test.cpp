@@ -14,14 +14,14 @@
 namespace ic {
 namespace {
 
-using testing::AllocationScope;
-using testing::Own;
-using testing::TextOf;
-using testing::Units;
+using test::AllocationScope;
+using test::Own;
+using test::TextOf;
+using test::Units;
 
 template <class T>
 class AppendAnyShape : public ::testing::Test {};
-using AllShapes = testing::AllStringShapes;
+using AllShapes = test::AllStringShapes;
 TYPED_TEST_SUITE(AppendAnyShape, AllShapes);
 
 TYPED_TEST(AppendAnyShape, TextAndLengthGrowsExactly) {
@@ -118,7 +118,7 @@ TEST(PutAtCursor, MeasureThenWrite) {
   for (const char* p : parts)
     s.PutAtCursor(true, p, -1, cursor, 0);
   EXPECT_EQ(scope.Allocations(), 0);
-  EXPECT_EQ(testing::LengthWord(s.GetText()), 0x8000);  // left unknown
+  EXPECT_EQ(test::LengthWord(s.GetText()), 0x8000);  // left unknown
   EXPECT_EQ(TextOf(s), "alpha,beta");
 }
 
@@ -206,7 +206,7 @@ TEST(Builder, EmptyAddOnTheEmptyDataWritesOnlyTheTerminator) {
   EXPECT_EQ(scope.Allocations(), 0);
   EXPECT_TRUE(s._IsEmptyData());
   EXPECT_EQ(s.GetLength(), 0);  // measures 0 and stores it again
-  EXPECT_EQ(testing::LengthWord(s.GetText()), 0);
+  EXPECT_EQ(test::LengthWord(s.GetText()), 0);
 }
 
 TEST(Builder, WideAndViewTargets) {

@@ -12,14 +12,14 @@
 namespace ic {
 namespace {
 
-using testing::AllocationScope;
-using testing::Own;
-using testing::TextOf;
-using testing::Units;
+using test::AllocationScope;
+using test::Own;
+using test::TextOf;
+using test::Units;
 
 template <class T>
 class AssignAnyShape : public ::testing::Test {};
-using AllShapes = testing::AllStringShapes;
+using AllShapes = test::AllStringShapes;
 TYPED_TEST_SUITE(AssignAnyShape, AllShapes);
 
 TYPED_TEST(AssignAnyShape, TextAndLengthCopiesExactly) {
@@ -143,7 +143,7 @@ TYPED_TEST(AssignAnyShape, ClearRuleOfEachShape) {
   s.Assign(static_cast<const Unit*>(nullptr), 0, true);
   EXPECT_EQ(s.GetLength(), 0);
   if constexpr (!TypeParam::IsView) {
-    EXPECT_EQ(s.GetText(), block);  // the block is kept
+    EXPECT_EQ(s.GetText(), block);  // the block stays
   } else {
     EXPECT_TRUE(s.OwnsBlock());
   }
@@ -214,7 +214,7 @@ TEST(AssignShared, ANewTextLeavesOtherOwnersAlone) {
   EXPECT_EQ(TextOf(a), "original text");
   EXPECT_EQ(TextOf(b), "new");
   EXPECT_NE(a.GetText(), b.GetText());
-  EXPECT_EQ(testing::ShareWord(a.GetText()), 0);
+  EXPECT_EQ(test::ShareWord(a.GetText()), 0);
 }
 
 TEST(AssignShared, SameShapeSharesTheBlock) {
@@ -222,7 +222,7 @@ TEST(AssignShared, SameShapeSharesTheBlock) {
   ICStringShared b;
   b.Assign(a);
   EXPECT_EQ(a.GetText(), b.GetText());
-  EXPECT_EQ(testing::ShareWord(a.GetText()), 1);
+  EXPECT_EQ(test::ShareWord(a.GetText()), 1);
 }
 
 TEST(AssignShared, ClearingASharedBlockLetsGo) {

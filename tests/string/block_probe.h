@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace ic::testing {
+namespace ic::test {
 
 inline uint16_t WordAt(const void* text, int bytesBefore) {
   uint16_t v;
@@ -30,7 +30,7 @@ inline void SetLengthWord(void* t, uint16_t v) {
   std::memcpy(static_cast<char*>(t) - 6, &v, 2);
 }
 
-}  // namespace ic::testing
+}  // namespace ic::test
 
 #include <string>
 
@@ -38,7 +38,7 @@ inline void SetLengthWord(void* t, uint16_t v) {
 
 #include <ic/string/ic_string.h>
 
-namespace ic::testing {
+namespace ic::test {
 /// The six strings, for typed tests over every shape and width.
 using AllStringShapes = ::testing::Types<ICStringUnique, ICStringUniqueW, ICStringShared,
                                          ICStringSharedW, ICStringView, ICStringViewW>;
@@ -50,4 +50,4 @@ S Make(const char* ascii) {
                                                 ascii + std::char_traits<char>::length(ascii));
   return S(units.c_str());
 }
-}  // namespace ic::testing
+}  // namespace ic::test

@@ -14,14 +14,14 @@
 namespace ic {
 namespace {
 
-using testing::AllocationScope;
-using testing::Own;
-using testing::TextOf;
-using testing::Units;
+using test::AllocationScope;
+using test::Own;
+using test::TextOf;
+using test::Units;
 
 template <class T>
 class ChainAnyShape : public ::testing::Test {};
-using AllShapes = testing::AllStringShapes;
+using AllShapes = test::AllStringShapes;
 TYPED_TEST_SUITE(ChainAnyShape, AllShapes);
 
 TYPED_TEST(ChainAnyShape, AssignWritesOnceWithOneAllocation) {

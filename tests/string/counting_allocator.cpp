@@ -7,6 +7,7 @@
 namespace {
 std::atomic<bool> g_counting{false};
 std::atomic<bool> g_failNothrow{false};
+std::atomic<long> g_nothrowPassing{0};
 std::atomic<long> g_allocations{0};
 std::atomic<long> g_frees{0};
 std::atomic<bool> g_failThrowing{false};
@@ -23,7 +24,7 @@ void Free(void* p) {
 }
 }  // namespace
 
-namespace ic::testing {
+namespace ic::test {
 AllocationScope::AllocationScope() {
   g_allocations = 0;
   g_frees = 0;
@@ -39,7 +40,8 @@ long AllocationScope::Frees() const {
   return g_frees;
 }
 
-FailNothrowAllocations::FailNothrowAllocations() {
+FailNothrowAllocations::FailNothrowAllocations(long passing) {
+  g_nothrowPassing = passing;
   g_failNothrow = true;
 }
 FailNothrowAllocations::~FailNothrowAllocations() {
@@ -53,7 +55,7 @@ FailThrowingAllocationsAfter::FailThrowingAllocationsAfter(long allowed) {
 FailThrowingAllocationsAfter::~FailThrowingAllocationsAfter() {
   g_failThrowing = false;
 }
-}  // namespace ic::testing
+}  // namespace ic::test
 
 void* operator new(std::size_t size) {
   if (g_failThrowing && g_throwingAllowed-- <= 0) throw std::bad_alloc();
@@ -65,7 +67,7 @@ void* operator new[](std::size_t size) {
   return operator new(size);
 }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  if (g_failNothrow) return nullptr;
+  if (g_failNothrow && g_nothrowPassing-- <= 0) return nullptr;
   return Allocate(size);
 }
 void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-namespace ic::testing {
+namespace ic::test {
 
 struct AllocationStats {
   long allocations = 0;
@@ -23,10 +23,11 @@ class AllocationScope {
   long Frees() const;
 };
 
-/// While alive, every nothrow allocation answers null (the throwing forms are unaffected).
+/// While alive, every nothrow allocation after the first `passing` ones answers null (the
+/// throwing forms are unaffected).
 class FailNothrowAllocations {
  public:
-  FailNothrowAllocations();
+  explicit FailNothrowAllocations(long passing = 0);
   ~FailNothrowAllocations();
 };
 
@@ -40,4 +41,4 @@ class FailThrowingAllocationsAfter {
   FailThrowingAllocationsAfter& operator=(const FailThrowingAllocationsAfter&) = delete;
 };
 
-}  // namespace ic::testing
+}  // namespace ic::test

@@ -16,14 +16,14 @@
 namespace ic {
 namespace {
 
-using testing::AllocationScope;
-using testing::Own;
-using testing::TextOf;
-using testing::Units;
+using test::AllocationScope;
+using test::Own;
+using test::TextOf;
+using test::Units;
 
 template <class T>
 class EditAnyShape : public ::testing::Test {};
-using AllShapes = testing::AllStringShapes;
+using AllShapes = test::AllStringShapes;
 TYPED_TEST_SUITE(EditAnyShape, AllShapes);
 
 #define U(text) Units<typename TypeParam::UnitType>(text)
@@ -590,7 +590,7 @@ TYPED_TEST(EditSharedCopyOnWrite, EveryEditLeavesOtherOwnersAlone) {
     EXPECT_EQ(TextOf(third), U("abcxy\r\nd\n"));
     EXPECT_NE(TextOf(edited), U("abcxy\r\nd\n"));
     EXPECT_NE(edited.GetText(), original.GetText());
-    EXPECT_EQ(testing::ShareWord(original.GetText()), 1);  // two owners left
+    EXPECT_EQ(test::ShareWord(original.GetText()), 1);  // two owners left
   }
 }
 

@@ -7,7 +7,7 @@
 
 #include "block_probe.h"
 
-namespace ic::testing {
+namespace ic::test {
 
 /// The text of a string as a standard string of its width.
 template <class S>
@@ -29,4 +29,4 @@ S Own(const char* ascii) {
   return S(units.c_str(), static_cast<int32_t>(units.size()));
 }
 
-}  // namespace ic::testing
+}  // namespace ic::test

@@ -18,7 +18,7 @@
 namespace ic {
 namespace {
 
-using testing::TextOf;
+using test::TextOf;
 
 class Model {
  public:

@@ -8,7 +8,7 @@
 #include <ic/string/ic_string.h>
 #include <ic/string/utf8.h>
 
-namespace ic::testing {
+namespace ic::test {
 
 /// The units of a narrow text in the width of Unit (UTF-8 bytes, or each byte as one unit).
 template <class Unit>
@@ -47,4 +47,4 @@ inline std::string Utf8(const std::u32string& text) {
   return out;
 }
 
-}  // namespace ic::testing
+}  // namespace ic::test

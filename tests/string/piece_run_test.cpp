@@ -19,12 +19,12 @@ namespace ic {
 namespace {
 
 using internal::PieceRun;
-using testing::AllocationScope;
-using testing::Own;
-using testing::TextOf;
-using testing::Units;
+using test::AllocationScope;
+using test::Own;
+using test::TextOf;
+using test::Units;
 
-// Pieces linked in order, kept in a vector that does not move once linked.
+// Pieces linked in order, held in a vector that does not move once linked.
 template <class Unit>
 struct PieceList {
   std::vector<ICStringPieceT<Unit>> pieces;
@@ -152,7 +152,7 @@ TEST(PieceRun, WritesAsWriteChainWide) {
 
 template <class T>
 class LongChain : public ::testing::Test {};
-TYPED_TEST_SUITE(LongChain, testing::AllStringShapes);
+TYPED_TEST_SUITE(LongChain, test::AllStringShapes);
 
 // 20 operands: more pieces than the run gathers into its array.
 TYPED_TEST(LongChain, AssignAndAppendAllocateOnce) {

@@ -1,4 +1,6 @@
 // Ownership of the four string shapes: construction, copy and move within and between shapes.
+#include <stdexcept>
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -15,10 +17,10 @@
 namespace ic {
 namespace {
 
-using testing::AllocationScope;
-using testing::CapacityWord;
-using testing::LengthWord;
-using testing::ShareWord;
+using test::AllocationScope;
+using test::CapacityWord;
+using test::LengthWord;
+using test::ShareWord;
 
 static_assert(!std::is_same_v<ICStringUnique, ICStringUniqueW>);
 static_assert(std::is_same_v<ICStringUnique::UnitType, char>);
@@ -35,7 +37,7 @@ std::basic_string<typename S::UnitType> Text(const S& s) {
 
 template <class T>
 class AnyShape : public ::testing::Test {};
-using AllShapes = testing::AllStringShapes;
+using AllShapes = test::AllStringShapes;
 TYPED_TEST_SUITE(AnyShape, AllShapes);
 
 TYPED_TEST(AnyShape, EmptyStringsAllocateNothing) {
@@ -283,9 +285,20 @@ TEST(Unique, CloneIsADeepCopyOnTheHeap) {
   delete e;
 }
 
+TEST(Unique, CloneFreesTheObjectWhenTheTextCannotBeCopied) {
+  ICStringUnique a("x");
+  test::AllocationScope count;
+  {
+    test::FailNothrowAllocations fail(1);  // the object is made, its block is not
+    EXPECT_THROW(a.Clone(), std::runtime_error);
+  }
+  EXPECT_GE(count.Allocations(), 1);
+  EXPECT_EQ(count.Frees(), count.Allocations());  // the object included
+}
+
 TEST(Unique, CloneReportsAFailedAllocationAsNull) {
   ICStringUnique a("x");
-  testing::FailNothrowAllocations fail;
+  test::FailNothrowAllocations fail;
   EXPECT_EQ(a.Clone(), nullptr);
 }
 
@@ -350,7 +363,7 @@ TEST(View, SecondLengthReadUsesViewLength) {
   char foreign[] = "abcd";
   ICStringView v(foreign);
   EXPECT_EQ(v.GetLength(), 4);
-  foreign[2] = 0;  // not seen: the measured length is kept
+  foreign[2] = 0;  // not seen: the measured length stays
   EXPECT_EQ(v.GetLength(), 4);
 }
 

@@ -16,12 +16,12 @@
 namespace ic {
 namespace {
 
-using testing::AllocationScope;
-using testing::CapacityLow;
-using testing::CapacityWord;
-using testing::LengthLow;
-using testing::LengthWord;
-using testing::ShareWord;
+using test::AllocationScope;
+using test::CapacityLow;
+using test::CapacityWord;
+using test::LengthLow;
+using test::LengthWord;
+using test::ShareWord;
 
 static_assert(sizeof(ICStringUnique) == sizeof(void*));
 static_assert(sizeof(ICStringSharedW) == sizeof(void*));
@@ -128,7 +128,7 @@ TYPED_TEST(StorageTest, SetStringEndFromAnEndPointer) {
 TYPED_TEST(StorageTest, AllocationFailureThrowsRuntimeError) {
   TypeParam s;
   try {
-    testing::FailNothrowAllocations fail;
+    test::FailNothrowAllocations fail;
     s._AllocateStorage(16);
     FAIL() << "no exception";
   } catch (const std::runtime_error& e) {
@@ -210,7 +210,7 @@ TYPED_TEST(StorageTest, ReserveKeepTextCarriesAKnownLength) {
 }
 
 TYPED_TEST(StorageTest, ReserveWithoutKeepTextLeavesUnknownLength) {
-  auto s = testing::Make<TypeParam>("abc");
+  auto s = test::Make<TypeParam>("abc");
   s._Reserve(50, 0);
   EXPECT_EQ(LengthWord(s.GetText()), 0x8000);
   s._GetBuffer()[0] = 0;
@@ -236,7 +236,7 @@ TYPED_TEST(StorageTest, ReserveOnEmptyData) {
 }
 
 TYPED_TEST(StorageTest, ReserveZeroExactReleasesAHeapBlock) {
-  auto s = testing::Make<TypeParam>("text");
+  auto s = test::Make<TypeParam>("text");
   AllocationScope scope;
   s._Reserve(0, ReserveExact);
   EXPECT_TRUE(s._IsEmptyData());
@@ -244,7 +244,7 @@ TYPED_TEST(StorageTest, ReserveZeroExactReleasesAHeapBlock) {
 }
 
 TYPED_TEST(StorageTest, ReserveZeroTerminateClearsButKeepsTheBlock) {
-  auto s = testing::Make<TypeParam>("text");
+  auto s = test::Make<TypeParam>("text");
   const auto* block = s.GetText();
   s._Reserve(0, ReserveTerminate);
   EXPECT_EQ(s.GetText(), block);
@@ -265,7 +265,7 @@ TYPED_TEST(StorageTest, TrimIdiomExactWithKeepText) {
 }
 
 TYPED_TEST(StorageTest, ClearTextKeepsTheBlock) {
-  auto s = testing::Make<TypeParam>("hello");
+  auto s = test::Make<TypeParam>("hello");
   const auto* block = s.GetText();
   s.ClearText();
   EXPECT_EQ(s.GetText(), block);
@@ -277,7 +277,7 @@ TYPED_TEST(StorageTest, ClearTextKeepsTheBlock) {
 }
 
 TYPED_TEST(StorageTest, ReleaseStorageReturnsToTheEmptyData) {
-  auto s = testing::Make<TypeParam>("hello");
+  auto s = test::Make<TypeParam>("hello");
   s._ReleaseStorage();
   EXPECT_TRUE(s._IsEmptyData());
   s._ReleaseStorage();
@@ -352,7 +352,7 @@ using SharedWidths = ::testing::Types<ICStringShared, ICStringSharedW>;
 TYPED_TEST_SUITE(SharedStorageTest, SharedWidths);
 
 TYPED_TEST(SharedStorageTest, CopiesCountOwnersUntilTheLimit) {
-  auto original = testing::Make<TypeParam>("shared");
+  auto original = test::Make<TypeParam>("shared");
   std::vector<TypeParam> copies;
   copies.reserve(65536);
   {
@@ -379,7 +379,7 @@ TYPED_TEST(SharedStorageTest, CopiesCountOwnersUntilTheLimit) {
 }
 
 TYPED_TEST(SharedStorageTest, ClearTextReachesEveryOwner) {
-  auto a = testing::Make<TypeParam>("abc");
+  auto a = test::Make<TypeParam>("abc");
   TypeParam b(a);
   a.ClearText();
   EXPECT_EQ(b.GetLength(), 0);
@@ -387,7 +387,7 @@ TYPED_TEST(SharedStorageTest, ClearTextReachesEveryOwner) {
 }
 
 TYPED_TEST(SharedStorageTest, DetachGivesAnOwnCopyAndDropsAnOwner) {
-  auto a = testing::Make<TypeParam>("abcdef");
+  auto a = test::Make<TypeParam>("abcdef");
   TypeParam b(a);
   EXPECT_EQ(ShareWord(a.GetText()), 1);
   b._Detach(-1);
@@ -401,7 +401,7 @@ TYPED_TEST(SharedStorageTest, DetachGivesAnOwnCopyAndDropsAnOwner) {
 }
 
 TYPED_TEST(SharedStorageTest, DetachToASmallerCapacityLeavesTheLengthUnknown) {
-  auto a = testing::Make<TypeParam>("abcdef");
+  auto a = test::Make<TypeParam>("abcdef");
   TypeParam b(a);
   b._Detach(3);
   EXPECT_EQ(b.GetCapacity(), 3);
@@ -412,7 +412,7 @@ TYPED_TEST(SharedStorageTest, DetachToASmallerCapacityLeavesTheLengthUnknown) {
 }
 
 TYPED_TEST(SharedStorageTest, DetachToZeroTakesTheEmptyData) {
-  auto a = testing::Make<TypeParam>("abc");
+  auto a = test::Make<TypeParam>("abc");
   TypeParam b(a);
   b._Detach(0);
   EXPECT_TRUE(b._IsEmptyData());
@@ -420,14 +420,14 @@ TYPED_TEST(SharedStorageTest, DetachToZeroTakesTheEmptyData) {
 }
 
 TYPED_TEST(SharedStorageTest, ReallocateDetachedCopiesTheOldCapacityAndForgetsTheLength) {
-  auto a = testing::Make<TypeParam>("abc");
+  auto a = test::Make<TypeParam>("abc");
   TypeParam b(a);
   b._ReallocateDetached(10);
   EXPECT_EQ(b.GetCapacity(), 10);
   EXPECT_EQ(LengthWord(b.GetText()), 0x8000);
   EXPECT_EQ(b.GetLength(), 3);  // measured through the copied terminator
   EXPECT_EQ(ShareWord(a.GetText()), 0);
-  auto sole = testing::Make<TypeParam>("xy");
+  auto sole = test::Make<TypeParam>("xy");
   AllocationScope scope;
   sole._ReallocateDetached(5);
   EXPECT_EQ(scope.Frees(), 1);  // a sole owner's old block is freed
@@ -435,7 +435,7 @@ TYPED_TEST(SharedStorageTest, ReallocateDetachedCopiesTheOldCapacityAndForgetsTh
 }
 
 TYPED_TEST(SharedStorageTest, DestructionDropsOneOwnerAtATime) {
-  auto* a = new TypeParam(testing::Make<TypeParam>("abc"));
+  auto* a = new TypeParam(test::Make<TypeParam>("abc"));
   TypeParam b(*a);
   {
     AllocationScope scope;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include <ic/platform/vector_kernels.h>
+#include <ic/platform/internal/vector_kernels.h>
 #include <ic/string/ic_string.h>
 #include <ic/string/null_data.h>
 #include <ic/string/utf_convert.h>
@@ -16,7 +16,7 @@
 namespace ic {
 namespace {
 
-using testing::AllocationScope;
+using test::AllocationScope;
 
 std::string Bytes(const ICStringUnique& s) {
   return std::string(s.GetText(), static_cast<size_t>(s.GetLength()));

@@ -16,7 +16,7 @@
 namespace ic {
 namespace {
 
-using testing::AllocationScope;
+using test::AllocationScope;
 
 template <class S>
 std::basic_string<typename S::UnitType> Text(const S& s) {
@@ -34,7 +34,7 @@ std::basic_string<Unit> Expected(const char* utf8, const char16_t* utf16) {
 
 template <class T>
 class ConvertFromUTF8 : public ::testing::Test {};
-using AllShapes = testing::AllStringShapes;
+using AllShapes = test::AllStringShapes;
 TYPED_TEST_SUITE(ConvertFromUTF8, AllShapes);
 
 TYPED_TEST(ConvertFromUTF8, ConvertsAWholeText) {

@@ -128,12 +128,12 @@ TEST(NarrowCaseShapes, SharedDetachesOnlyWhenSomethingChanges) {
   ASSERT_EQ(a.GetText(), b.GetText());
   b.MakeLower();  // nothing to do: still shared
   EXPECT_EQ(a.GetText(), b.GetText());
-  EXPECT_EQ(testing::ShareWord(a.GetText()), 1);
+  EXPECT_EQ(test::ShareWord(a.GetText()), 1);
   b.MakeUpper();
   EXPECT_NE(a.GetText(), b.GetText());
   EXPECT_STREQ(a.GetText(), "abc");
   EXPECT_STREQ(b.GetText(), "ABC");
-  EXPECT_EQ(testing::ShareWord(a.GetText()), 0);
+  EXPECT_EQ(test::ShareWord(a.GetText()), 0);
 }
 
 TEST(NarrowCaseShapes, SharedGrowingLeavesTheOtherOwnerAlone) {

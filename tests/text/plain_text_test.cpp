@@ -4,9 +4,9 @@
 #include <cstring>
 #include <string>
 
+#include <ic/platform/wide_search.h>
 #include <ic/text/plain_text.h>
 #include <ic/text/search_needle.h>
-#include <ic/text/wide_search.h>
 
 namespace ic {
 namespace {
@@ -83,13 +83,13 @@ TEST(PlainText, StartsWith) {
 
 TEST(SearchNeedle, NarrowDecodesAndMapsToUpperCase) {
   const SearchNeedle<char> n("a\u00E9\u0131", true);
-  EXPECT_FALSE(n.ownsCodes);
-  EXPECT_FALSE(n.singleCode);
-  EXPECT_EQ(n.codes, n.inlineCodes);
-  EXPECT_EQ(n.codes[0], 'A');
-  EXPECT_EQ(n.codes[1], 0xC9u);
-  EXPECT_EQ(n.codes[2], 'I');
-  EXPECT_EQ(n.codes[3], 0u);
+  EXPECT_FALSE(n.IsOnHeap());
+  EXPECT_FALSE(n.IsSingleCode());
+  EXPECT_TRUE(n.IsInline());
+  EXPECT_EQ(n.Codes()[0], 'A');
+  EXPECT_EQ(n.Codes()[1], 0xC9u);
+  EXPECT_EQ(n.Codes()[2], 'I');
+  EXPECT_EQ(n.Codes()[3], 0u);
   EXPECT_TRUE(n.MatchesFirst('a'));
   const char* text = "\u00C9ix";
   const char* cursor = text;
@@ -104,9 +104,9 @@ TEST(SearchNeedle, NarrowDecodesAndMapsToUpperCase) {
 TEST(SearchNeedle, EmptyAndSingle) {
   const SearchNeedle<char> empty(nullptr, false);
   EXPECT_TRUE(empty.IsEmpty());
-  EXPECT_TRUE(empty.singleCode);
+  EXPECT_TRUE(empty.IsSingleCode());
   const SearchNeedle<char> single("\u00E4", false);
-  EXPECT_TRUE(single.singleCode);
+  EXPECT_TRUE(single.IsSingleCode());
   const char* cursor = "zzz";
   EXPECT_TRUE(single.MatchesRest(cursor));
 }
@@ -114,22 +114,22 @@ TEST(SearchNeedle, EmptyAndSingle) {
 TEST(SearchNeedle, HeapFromTheSizeOn) {
   const std::string fits(254, 'a');
   const std::string spills(255, 'a');
-  EXPECT_FALSE(SearchNeedle<char>(fits.c_str(), false).ownsCodes);
-  EXPECT_TRUE(SearchNeedle<char>(spills.c_str(), false).ownsCodes);
+  EXPECT_FALSE(SearchNeedle<char>(fits.c_str(), false).IsOnHeap());
+  EXPECT_TRUE(SearchNeedle<char>(spills.c_str(), false).IsOnHeap());
   const std::u16string wideFits(254, u'a');
   const std::u16string wideSpills(255, u'a');
-  EXPECT_FALSE(SearchNeedle<char16_t>(wideFits.c_str(), true).ownsCodes);
-  EXPECT_TRUE(SearchNeedle<char16_t>(wideSpills.c_str(), true).ownsCodes);
+  EXPECT_FALSE(SearchNeedle<char16_t>(wideFits.c_str(), true).IsOnHeap());
+  EXPECT_TRUE(SearchNeedle<char16_t>(wideSpills.c_str(), true).IsOnHeap());
 }
 
 TEST(SearchNeedle, WideUsesThePlainNeedleInPlace) {
   const char16_t* text = u"abc";
   const SearchNeedle<char16_t> inPlace(text, false);
-  EXPECT_EQ(inPlace.codes, text);
+  EXPECT_EQ(inPlace.Codes(), text);
   const SearchNeedle<char16_t> copied(text, false, true);
-  EXPECT_EQ(copied.codes, copied.inlineCodes);
+  EXPECT_TRUE(copied.IsInline());
   const SearchNeedle<char16_t> folded(text, true);
-  EXPECT_EQ(folded.codes[0], u'A');
+  EXPECT_EQ(folded.Codes()[0], u'A');
   EXPECT_TRUE(folded.MatchesFirst(u'a'));
 }
 

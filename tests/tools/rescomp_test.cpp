@@ -187,17 +187,17 @@ TEST_F(RescompTest, CompilesAModuleIntoHeaderAndSource) {
             "#include \"out.h\"\n"
             "namespace ic::resources::catalogues::m {\n"
             "namespace {\n"
-            "const char16_t* const TTexts[2 + 1] = {\n"
+            "const char16_t* const kTexts[2 + 1] = {\n"
             "    u\"\\u672A\\u4E3A\\u6587\\u4EF6{uri}\\u6307\\u5B9A\\u7F16\\u7801\\u3002\",  // "
             "first\n"
             "    u\"Plain text\",  // second\n"
             "    nullptr};\n"
-            "const char16_t* const TKeys[2 + 1] = {\n"
+            "const char16_t* const kKeys[2 + 1] = {\n"
             "    u\"first\",\n"
             "    u\"second\",\n"
             "    nullptr};\n"
             "}  // namespace\n"
-            "IC_RESOURCE_CATALOGUE(u\"m\", 2, TTexts, TKeys)\n"
+            "IC_RESOURCE_CATALOGUE(u\"m\", 2, kTexts, kKeys)\n"
             "}  // namespace ic::resources::catalogues::m\n");
   EXPECT_EQ(Entries(), (std::vector<std::string>{"out.cpp", "out.h", "src.xml"}));
 }

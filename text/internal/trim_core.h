@@ -3,7 +3,7 @@
 // forward to them.
 //
 // Narrow text is read in code points, each sequence sized by its lead byte and cut at a zero
-// byte (text/utf8_walk.h); wide text in 16-bit units.
+// byte (string/internal/positions.h); wide text in 16-bit units.
 #pragma once
 
 #include <cstdint>

@@ -93,19 +93,19 @@ std::string GenerateSource(const Module& module, std::string_view sourceName,
   out += "#include \"" + std::string(headerInclude) + "\"\n";
   out += "namespace " + Namespace(module) + " {\n";
   out += "namespace {\n";
-  out += "const char16_t* const TTexts[" + count + " + 1] = {\n";
+  out += "const char16_t* const kTexts[" + count + " + 1] = {\n";
   for (const ResourceString& string : module.strings) {
     out += "    u\"" + EncodeLiteral(string.text) + "\",  // " + string.name + "\n";
   }
   out += "    nullptr};\n";
-  out += "const char16_t* const TKeys[" + count + " + 1] = {\n";
+  out += "const char16_t* const kKeys[" + count + " + 1] = {\n";
   for (const ResourceString& string : module.strings) {
     out +=
         "    u\"" + EncodeLiteral(std::u16string(string.name.begin(), string.name.end())) + "\",\n";
   }
   out += "    nullptr};\n";
   out += "}  // namespace\n";
-  out += "IC_RESOURCE_CATALOGUE(u\"" + module.name + "\", " + count + ", TTexts, TKeys)\n";
+  out += "IC_RESOURCE_CATALOGUE(u\"" + module.name + "\", " + count + ", kTexts, kKeys)\n";
   out += "}  // namespace " + Namespace(module) + "\n";
   return out;
 }

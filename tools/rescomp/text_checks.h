@@ -1,7 +1,7 @@
 // Decoding and checking of the text of one resource string.
 //
 // A text is written with backslash escapes: \n, \r and \t stand for U+000A, U+000D and
-// U+0009, \\ for one backslash. \{ and \} are kept as written (backslash and brace), because
+// U+0009, \\ for one backslash. \{ and \} stay as written (backslash and brace), because
 // in a message they mark a literal brace for the host's parameter substitution. Parameters
 // are written {name}. Positions in fault messages count code points of the decoded text
 // from 0, which is the text that the generated table holds and the host scans.
@@ -19,7 +19,7 @@ struct DecodedText {
   std::vector<std::string> faults;  // one message per unknown or incomplete escape
 };
 
-// Replaces the escapes of a source text. An unknown escape is reported and kept as written,
+// Replaces the escapes of a source text. An unknown escape is reported and left as written,
 // so that the checks after it still see the rest of the text.
 DecodedText DecodeEscapes(std::u32string_view source);
 

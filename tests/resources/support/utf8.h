@@ -1,4 +1,4 @@
-// UTF-8 helpers of the tests (kept apart from the converters under test).
+// UTF-8 helpers of the tests (apart from the converters under test).
 #pragma once
 
 #include <string>

@@ -7,10 +7,10 @@
 #include <cstring>
 #include <memory>
 
+#include <ic/string/internal/positions.h>
 #include <ic/string/utf8.h>
-#include <ic/text/utf8_walk.h>
 
-namespace ic::textdetail {
+namespace ic::internal {
 
 /// True if a mapped value is written by the UTF-8 encoder; surrogates and values above U+10FFFF
 /// are dropped.
@@ -34,7 +34,7 @@ const char* FindFirstChange(const char* p, Map map, bool sameSize) noexcept {
     const char* start = p;
     bool whole;
     const uint32_t code = DecodeCodePoint(p, whole);
-    if (!whole) continue;  // a cut-short sequence is kept as it is
+    if (!whole) continue;  // a cut-short sequence stays as it is
     const uint32_t mapped = map(code);
     if (mapped == code) {
       if (!sameSize && !IsEncodable(code)) return start;  // the full mode drops it
@@ -141,4 +141,4 @@ void MapSameSize(char* p, Map map) noexcept {
   }
 }
 
-}  // namespace ic::textdetail
+}  // namespace ic::internal

@@ -1,4 +1,4 @@
-#include <ic/text/wide_search.h>
+#include <ic/platform/wide_search.h>
 
 #include <memory>
 

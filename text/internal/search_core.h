@@ -1,47 +1,24 @@
 // The searches behind the members of search_members.h, over a text pointer and its length, for
 // both widths. Internal to the text subsystem; instantiated for char and char16_t.
 //
-// Offsets are in code units. A narrow position in code points is turned into units by walking
-// whole sequences, never past the terminator; 0x7FFFFFFF is the end and is never converted.
+// Offsets are in code units; positions become offsets by UnitOffsetWithin (positions.h).
 #pragma once
 
 #include <cstdint>
 #include <cstring>
 
 #include <ic/platform/wide_runtime.h>
-#include <ic/text/utf8_walk.h>
-#include <ic/text/wide_search.h>
+#include <ic/platform/wide_search.h>
+#include <ic/string/internal/positions.h>
 
-namespace ic::textdetail {
-
-inline constexpr int32_t EndPosition = 0x7FFFFFFF;
-
-/// Units from `text` to the start of sequence `count`, or to the end.
-inline int32_t UnitOffset(const char* text, int32_t length, int32_t count) noexcept {
-  const char* p = text;
-  const char* const end = text + length;
-  for (; count > 0 && p < end; --count)
-    p += StepSize(p);
-  return static_cast<int32_t>(p - text);
-}
-
-/// A position as given to a member, turned into units (narrow code points walked).
-template <class Unit>
-int32_t ToUnits(const Unit* text, int32_t length, int32_t position, bool lengthInUnits) noexcept {
-  if constexpr (sizeof(Unit) == 1) {
-    if (!lengthInUnits && position > 0 && position != EndPosition)
-      return UnitOffset(text, length, position);
-  }
-  (void)text, (void)length, (void)lengthInUnits;
-  return position;
-}
+namespace ic::internal {
 
 /// Forward start: a negative position counts as 0; -1 if the offset lies beyond the length.
 template <class Unit>
 int32_t ForwardOffset(const Unit* text, int32_t length, int32_t position,
                       bool lengthInUnits) noexcept {
   if (position < 0) position = 0;
-  const int32_t offset = ToUnits(text, length, position, lengthInUnits);
+  const int32_t offset = UnitOffsetWithin(text, length, position, lengthInUnits);
   return offset > length ? -1 : offset;
 }
 
@@ -50,7 +27,7 @@ template <class Unit>
 int32_t BackwardLimit(const Unit* text, int32_t length, int32_t position,
                       bool lengthInUnits) noexcept {
   if (position <= 0) return -1;
-  const int32_t limit = ToUnits(text, length, position, lengthInUnits);
+  const int32_t limit = UnitOffsetWithin(text, length, position, lengthInUnits);
   return limit > length ? length : limit;
 }
 
@@ -118,4 +95,4 @@ const Unit* FindBalancedIn(const Unit* text, int32_t length, int32_t offset, con
 template <class Unit>
 bool EndsWithText(const Unit* text, int32_t length, const Unit* suffix, bool ignoreCase) noexcept;
 
-}  // namespace ic::textdetail
+}  // namespace ic::internal

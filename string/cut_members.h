@@ -1,16 +1,16 @@
-// Members of every string that cut, insert, remove and replace text, and normalise line ends.
-// Mixed into BasicICString.
+// Members of every string that read parts of the text, cut it in place, and insert or overwrite
+// text. Mixed into BasicICString.
 //
 // Positions and counts are code units, or for a narrow string with lengthInUnits false
-// characters (code points), turned into units with GetUTF8Offset; the value 0x7fffffff is taken
-// as it stands, and wide strings ignore the flag. When a member has both a position and a count
-// in characters, the count is walked from the converted position. Out-of-range arguments are no
-// errors: each member says what it does with them, which is mostly nothing.
+// characters (code points), turned into units with GetUTF8Offset; EndOfText is taken as it
+// stands, and wide strings ignore the flag (string/internal/positions.h tells which members
+// default to which). Out-of-range arguments are no errors: each member says what it does with
+// them, which is mostly nothing.
 //
 // Every write scans first and prepares the block only when something changes: a shared block
 // that others hold is detached, a view becomes owning, through the string's write steps
-// (_PrepareGrow, _PrepareReplace, _Clear). Members that build the new text in a temporary
-// (Left, Mid, ReplaceRange, NormalizeLineEnds) do not let exceptions escape.
+// (_PrepareGrow, _PrepareReplace, _Clear).
+// Left and Mid build the new text in a temporary and do not let exceptions escape.
 #pragma once
 
 #include <cstdint>
@@ -19,79 +19,17 @@
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
 #include <ic/string/range.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
-/// The fixed line ends of NormalizeLineEnds.
-enum class ICLineEnd {
-  CarriageReturn,          ///< "\r"
-  CarriageReturnLineFeed,  ///< "\r\n"
-  LineFeed,                ///< "\n"
-};
-
-namespace internal {
-
-/// A text argument reduced to a pointer and a length in units, with room for an encoded code
-/// point. Used by the Replace adapters, which take any kind of text.
-template <class Unit>
-struct TextArgument {
-  const Unit* Text = nullptr;  ///< the text, or null for the units in Encoded
-  int32_t Length = 0;
-  Unit Encoded[5] = {};  ///< an encoded code point and a terminator
-  /// The units: Text, or Encoded when Text is null (so that a copy stays valid).
-  const Unit* Data() const noexcept { return Text ? Text : Encoded; }
-};
-
-/// A zero-terminated text (null counts as "").
-template <class Unit>
-TextArgument<Unit> MakeTextArgument(const Unit* text) noexcept {
-  TextArgument<Unit> a;
-  if (text != nullptr) {
-    a.Text = text;
-    while (text[a.Length])
-      ++a.Length;
-  }
-  return a;
-}
-/// A string of any shape.
-template <class Unit, class Storage>
-TextArgument<Unit> MakeTextArgument(const BasicICString<Unit, Storage>& s) noexcept {
-  TextArgument<Unit> a;
-  a.Text = s.GetText();
-  a.Length = s.GetLength();
-  return a;
-}
-/// A chain, written out into its Result first (chain.h).
-template <class Unit>
-TextArgument<Unit> MakeTextArgument(const ICStringChainT<Unit>& chain);
-/// A code point: UTF-8 in narrow (nothing for a value EncodeCodePoint refuses), one 16-bit unit
-/// in wide; zero gives an empty text.
-IC_API TextArgument<char> MakeCodePointArgument(char, uint32_t codePoint) noexcept;
-IC_API TextArgument<char16_t> MakeCodePointArgument(char16_t, uint32_t codePoint) noexcept;
-template <class Unit>
-TextArgument<Unit> MakeTextArgument(char32_t codePoint) noexcept {
-  return MakeCodePointArgument(Unit{}, codePoint);
-}
-template <class Unit>
-TextArgument<Unit> MakeTextArgument(char16_t unit) noexcept {
-  return MakeCodePointArgument(Unit{}, unit);
-}
-template <class Unit>
-TextArgument<Unit> MakeTextArgument(char ch) noexcept {
-  return MakeCodePointArgument(Unit{}, static_cast<unsigned char>(ch));
-}
-
-}  // namespace internal
-
 template <class Str>
-class ICStringEditMembers;
+class ICStringCutMembers;
 
 template <class Unit, class Storage>
-class ICStringEditMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
-  static constexpr bool IsNarrow = std::is_same_v<Unit, char>;
-  static constexpr bool IsWide = std::is_same_v<Unit, char16_t>;
-  static constexpr bool IsView = std::is_same_v<Storage, ICStringViewStorage<Unit>>;
+class ICStringCutMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringCutMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringCutMembers);
 
  public:
   /// @name Reading parts
@@ -103,6 +41,8 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
 
   /// A new string of this shape with the first `count` units or characters. Negative: the empty
   /// data. A count not below GetCharCount: a copy of the whole (a view copies as views do).
+  /// Left and Mid build their result in a temporary and are noexcept by contract: a failed
+  /// allocation ends the process.
   Str Left(int32_t count, bool lengthInUnits = true) const noexcept;
   /// A new string with the text from `position` to the end. Position 0 or below: a copy of the
   /// whole; above the length: the empty data.
@@ -134,7 +74,7 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   template <class ResultStorage>
   void GetTextFrom(BasicICString<Unit, ResultStorage>& result, int32_t index,
                    bool lengthInUnits = true) const {
-    const Str& self = static_cast<const Str&>(*this);
+    const Str& self = Self();
     if (index < 1) {
       result.Assign(self);
       return;
@@ -154,7 +94,7 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   template <class ResultStorage>
   void GetTextFromEnd(BasicICString<Unit, ResultStorage>& result, int32_t count,
                       bool lengthInUnits = true) const {
-    const Str& self = static_cast<const Str&>(*this);
+    const Str& self = Self();
     const Unit* from = nullptr;
     if (!GetPositionFromEnd(from, count, lengthInUnits)) return;
     if (from == self.GetText()) {
@@ -168,7 +108,7 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   template <class OtherStorage>
   Str& AssignMid(const BasicICString<Unit, OtherStorage>& other, int32_t position,
                  bool lengthInUnits = true) {
-    Str& self = static_cast<Str&>(*this);
+    Str& self = Self();
     if (static_cast<const void*>(&other) == static_cast<const void*>(&self))
       return KeepFrom(position, lengthInUnits);
     if (position <= 0) return self.Assign(other);
@@ -223,7 +163,7 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   /// Inserts one 16-bit unit (wide strings); zero: nothing.
   Str& Insert(char16_t unit, int32_t position, bool lengthInUnits = true) requires(IsWide);
 
-  /// Room for the length plus `count` with the text kept; the tail from the unit `position` on
+  /// Room for the length plus `count`, keeping the text; the tail from the unit `position` on
   /// moves up by `count` with its terminator and the new length is stored. Returns the gap,
   /// whose units are left as they are.
   Unit* _OpenGap(int32_t count, int32_t position);
@@ -247,90 +187,14 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
                    bool lengthInUnits = true) requires(IsNarrow);
   /// @}
 
-  /// @name Replacing
-  /// @{
-
-  /// Replaces `count` units or characters at `position` by `textLength` units of `text`
-  /// (negative: up to the terminator). An empty text does nothing (this cannot delete: use
-  /// Remove); so do a negative position and one past the end. A negative count counts as 0, one
-  /// past the end is cut to it. A replacement that is not longer than the range is written in
-  /// place; a longer one is built in a new block of exactly the new length, which replaces the
-  /// old block.
-  Str& ReplaceRange(int32_t position, bool lengthInUnits, int32_t count, const Unit* text,
-                    int32_t textLength = -1) noexcept;
-  /// The same with one code point (narrow: UTF-8; wide: one 16-bit unit); zero: nothing.
-  Str& ReplaceRange(int32_t position, bool lengthInUnits, int32_t count,
-                    char32_t codePoint) noexcept;
-
-  /// Replaces the matches of the needle, found from the start and each time behind the last
-  /// match (so matches do not overlap, and the replacement is never searched), by the text; at
-  /// most maxCount of them (0: no limit). Lengths are in units; a negative one means up to the
-  /// terminator. An empty needle: nothing; a null text stands for "". A replacement of the same
-  /// length works in place; otherwise the block is made exactly as large as the larger of the
-  /// old and the new length, with the text kept. Returns the number of replacements. Throws
-  /// std::length_error("list too long") above 0x15555555 matches.
-  int32_t ReplaceAll(const Unit* needle, int32_t needleLength, const Unit* text, int32_t textLength,
-                     int32_t maxCount = 0);
-
-  /// ReplaceAll with a needle and a replacement of any kind: a string of any shape, a chain, a
-  /// zero-terminated text (null counts as "") or a code point.
-  template <class Needle, class Replacement>
-  int32_t Replace(const Needle& needle, const Replacement& replacement, int32_t maxCount) {
-    const auto n = _Argument(needle);
-    const auto r = _Argument(replacement);
-    return ReplaceAll(n.Data(), n.Length, r.Data(), r.Length, maxCount);
-  }
-  /// Replaces every occurrence of one character by another: narrow strings take code points
-  /// (both below 0x80: byte by byte in place; otherwise ReplaceAll of their UTF-8 forms), wide
-  /// strings units, in place. A zero replacement does nothing, and so does a character that does
-  /// not occur (a shared block is not detached). Returns the number of replacements.
-  int32_t Replace(char32_t from, char32_t to) requires(IsNarrow);
-  int32_t Replace(char16_t from, char16_t to) requires(IsWide);
-
-  /// Replaces every character of the text that is in `set` (a zero-terminated text) by the unit
-  /// `replacement`. Narrow strings compare code points and rebuild the text in place; a
-  /// replacement outside 1 to 0x7f does nothing. Wide strings compare units; a zero replacement
-  /// does nothing. A null or empty set: nothing.
-  Str& ReplaceAnyOf(const Unit* set, Unit replacement);
-  /// @}
-
-  /// @name Line ends
-  /// @{
-
-  /// Replaces the text by `source` (null stands for "") with each carriage return, line feed or
-  /// pair of the two turned into `lineEnd` (a line feed followed by a carriage return is two
-  /// ends). A line end of one unit must be a carriage return or a line feed; one of two units
-  /// must start with a carriage return or end with a line feed; any other line end does nothing.
-  /// The source may be the string's own text.
-  Str& NormalizeLineEnds(const Unit* source, const Unit* lineEnd) noexcept;
-  /// The same with the string itself as the source.
-  Str& NormalizeLineEnds(const Unit* lineEnd) noexcept;
-  /// The same with a fixed line end.
-  Str& NormalizeLineEnds(const Unit* source, ICLineEnd lineEnd) noexcept;
-  Str& NormalizeLineEnds(ICLineEnd lineEnd) noexcept;
-
-  /// True if the unit at `position` is a carriage return or a line feed.
-  bool IsLineEndAt(int32_t position, bool lengthInUnits = true) const noexcept;
-  /// @}
-
-  /// The unit offset of a position in `text`: for a narrow text with lengthInUnits false and a
-  /// position from 1 to below 0x7fffffff, GetUTF8Offset; otherwise the position itself.
-  static int32_t _ToUnitsIn(const Unit* text, int32_t position, bool lengthInUnits) noexcept;
-
  private:
-  template <class Arg>
-  static internal::TextArgument<Unit> _Argument(const Arg& arg) {
-    if constexpr (std::is_array_v<Arg>)
-      return internal::MakeTextArgument<Unit>(static_cast<const Unit*>(arg));
-    else if constexpr (std::is_same_v<Arg, char32_t> || std::is_same_v<Arg, char16_t> ||
-                       std::is_same_v<Arg, char>)
-      return internal::MakeTextArgument<Unit>(arg);
-    else
-      return internal::MakeTextArgument(arg);
-  }
+  /// The unit offset of a position in `text`: for a narrow text with lengthInUnits false and a
+  /// position from 1 to below EndOfText, GetUTF8Offset; otherwise the position itself
+  /// (internal::UnitOffsetOf).
+  static int32_t _ToUnitsIn(const Unit* text, int32_t position, bool lengthInUnits) noexcept;
   template <class ResultStorage>
   void _AssignTail(BasicICString<Unit, ResultStorage>& result, const Unit* from) const {
-    const Str& self = static_cast<const Str&>(*this);
+    const Str& self = Self();
     const int32_t length = static_cast<int32_t>(self.GetEnd() - from);
     if (static_cast<const void*>(&result) == static_cast<const void*>(&self))
       result._RemoveBefore(from);
@@ -340,6 +204,6 @@ class ICStringEditMembers<BasicICString<Unit, Storage>> {
   Str& _InsertUnits(const Unit* text, int32_t length, int32_t position, bool lengthInUnits);
 };
 
-IC_EXTERN_STRING_MIXIN(ICStringEditMembers)
+IC_EXTERN_STRING_MIXIN(ICStringCutMembers)
 
 }  // namespace ic

@@ -1,0 +1,72 @@
+// A string's write steps behind plain function pointers, so that the body of a writing member
+// can be compiled once per width and shared by the three shapes (see replace_core.h).
+//
+// The pointers are set from the shape's own steps by EditTarget::Of; the core calls them in
+// the order a member would: MakeWritable or MakeRoom before it writes into Buffer, SetLength
+// after, Adopt to hand the string a block written elsewhere.
+#pragma once
+
+#include <cstdint>
+
+#include <ic/string/family_fwd.h>
+#include <ic/string/header.h>
+
+namespace ic::internal {
+
+template <class Unit>
+struct EditTarget {
+  /// The string, passed back to every step.
+  void* String;
+  /// Its text when the target was made.
+  const Unit* Text;
+  /// True if the string is an object with a buffer of its own (ICStringInline): its block is
+  /// never replaced by one written elsewhere.
+  bool InlineCapable;
+  /// The string's length (GetLength: a string of unknown length is measured by the read).
+  int32_t (*GetLength)(const void* string);
+  /// The string's capacity (GetCapacity).
+  int32_t (*GetCapacity)(const void* string);
+  /// Makes the block writable in place with its capacity (a view becomes owning, a shared block
+  /// that others hold is detached) and returns the writable text.
+  Unit* (*MakeWritable)(void* string);
+  /// Makes room for `length` units keeping the text, and returns the writable text.
+  Unit* (*MakeRoom)(void* string, int32_t length);
+  /// Stores the length in the block header (the terminator is the caller's).
+  void (*SetLength)(void* string, int32_t length);
+  /// Writes the terminator at text[length] and stores the length.
+  void (*SetEnd)(void* string, int32_t length);
+  /// Replaces the string's block by the block of `written` (a unique string of this width).
+  void (*Adopt)(void* string, BasicICString<Unit, ICStringUniqueStorage<Unit>>& written);
+
+  /// The target of a string of any shape of this width.
+  template <class Str>
+  static EditTarget Of(Str& s) {
+    EditTarget t;
+    t.String = &s;
+    t.Text = s.GetText();
+    t.InlineCapable = false;
+    if constexpr (Str::IsUnique) t.InlineCapable = (s._GetShareWord() & ::ic::InlineCapable) != 0;
+    t.GetLength = [](const void* p) { return static_cast<const Str*>(p)->GetLength(); };
+    t.GetCapacity = [](const void* p) { return static_cast<const Str*>(p)->GetCapacity(); };
+    t.MakeWritable = [](void* p) -> Unit* {
+      Str& str = *static_cast<Str*>(p);
+      if constexpr (Str::IsView) str._MakeOwned();
+      str._PrepareGrow(str.GetCapacity());
+      return str._GetBuffer();
+    };
+    t.MakeRoom = [](void* p, int32_t length) -> Unit* {
+      Str& str = *static_cast<Str*>(p);
+      str._PrepareGrow(length);
+      return str._GetBuffer();
+    };
+    t.SetLength = [](void* p, int32_t length) { static_cast<Str*>(p)->_SetStoredLength(length); };
+    t.SetEnd = [](void* p, int32_t length) { static_cast<Str*>(p)->_SetStringEnd(length); };
+    t.Adopt = [](void* p, BasicICString<Unit, ICStringUniqueStorage<Unit>>& written) {
+      *static_cast<Str*>(p) =
+          static_cast<BasicICString<Unit, ICStringUniqueStorage<Unit>>&&>(written);
+    };
+    return t;
+  }
+};
+
+}  // namespace ic::internal
