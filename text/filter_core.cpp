@@ -95,14 +95,14 @@ bool SameText(const Unit* a, const Unit* b) noexcept {
 
 template <class Unit>
 CodeLookup<Unit>::CodeLookup(const Unit* set) : needle_(set, false) {
-  for (const auto* c = needle_.codes; *c != 0; ++c)
+  for (const auto* c = needle_.Codes(); *c != 0; ++c)
     if (*c < 128) ascii_[*c >> 6] |= uint64_t{1} << (*c & 63);
 }
 
 template <class Unit>
 RangeSpec<Unit>::RangeSpec(const Unit* spec) {
   const SearchNeedle<Unit> codes(spec, false, true);
-  const auto* c = codes.codes;
+  const auto* c = codes.Codes();
   for (size_t i = 0; c[i] != 0;) {
     if (c[i + 1] == '.' && c[i + 2] == '.' && c[i + 3] != 0) {
       if (ranges_.size() / 2 >= 0xFFFFFFF) throw std::length_error("list too long");
@@ -262,9 +262,9 @@ namespace {
 // The place of `code` in the needle's codes (the first entry that matches), or -1.
 template <class Unit>
 int32_t PlaceIn(const SearchNeedle<Unit>& needle, uint32_t code) noexcept {
-  if (needle.singleCode) return needle.codes[0] == code && code != 0 ? 0 : -1;
-  for (int32_t i = 0; needle.codes[i] != 0; ++i)
-    if (needle.codes[i] == code) return i;
+  if (needle.IsSingleCode()) return needle.Codes()[0] == code && code != 0 ? 0 : -1;
+  for (int32_t i = 0; needle.Codes()[i] != 0; ++i)
+    if (needle.Codes()[i] == code) return i;
   return -1;
 }
 
@@ -280,8 +280,8 @@ int32_t FirstCodeIn(const Unit* text, int32_t length, const SearchNeedle<Unit>& 
 }
 
 bool TranslationGrows(const SearchNeedle<char>& from, const SearchNeedle<char>& to) noexcept {
-  for (int32_t i = 0; from.codes[i] != 0 && to.codes[i] != 0; ++i)
-    if (GetUTF8CodePointSize(to.codes[i]) > GetUTF8CodePointSize(from.codes[i])) return true;
+  for (int32_t i = 0; from.Codes()[i] != 0 && to.Codes()[i] != 0; ++i)
+    if (GetUTF8CodePointSize(to.Codes()[i]) > GetUTF8CodePointSize(from.Codes()[i])) return true;
   return false;
 }
 
@@ -289,7 +289,7 @@ template <class Unit>
 int32_t TranslateInto(const Unit* source, int32_t length, int32_t start, Unit* out,
                       const SearchNeedle<Unit>& from, const SearchNeedle<Unit>& to) noexcept {
   int32_t toLength = 0;
-  while (to.codes[toLength] != 0)
+  while (to.Codes()[toLength] != 0)
     ++toLength;
   Unit* w = out + start;
   for (int32_t r = start; r < length;) {
@@ -297,7 +297,7 @@ int32_t TranslateInto(const Unit* source, int32_t length, int32_t start, Unit* o
     const int32_t place = PlaceIn(from, code);
     if (place >= 0) {
       if (place >= toLength) continue;  // to has ended: the character is deleted
-      code = to.codes[place];
+      code = to.Codes()[place];
     }
     if constexpr (IsNarrow<Unit>) {
       EncodeCodePoint(w, code);

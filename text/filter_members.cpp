@@ -1,6 +1,7 @@
 #include <ic/text/filter_members.h>
 
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/positions.h>
 #include <ic/string/utf8.h>
 #include <ic/string/write_steps.h>
 #include <ic/text/internal/filter_core.h>
@@ -211,9 +212,9 @@ auto ICStringFilterMembers<BasicICString<Unit, Storage>>::Reverse(int32_t first,
   const Unit* const text = self.GetText();
   const int32_t length = self.GetLength();
   if (first < 0) first = 0;
-  first = Str::_ToUnitsIn(text, first, firstLengthInUnits);
+  first = internal::UnitOffsetOf(text, first, firstLengthInUnits);
   if (first > length || last <= 0) return self;
-  last = Str::_ToUnitsIn(text, last, lastLengthInUnits);
+  last = internal::UnitOffsetOf(text, last, lastLengthInUnits);
   if (last > length) last = length;
   if (first >= last) return self;
   internal::PrepareInPlace(self);

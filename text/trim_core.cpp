@@ -42,7 +42,7 @@ bool Contains(const TrimSet<Unit>& set, uint32_t code) noexcept {
 
 template <class Unit>
 bool InNeedle(const SearchNeedle<Unit>& needle, uint32_t code) noexcept {
-  for (const auto* c = needle.codes; *c != 0; ++c)
+  for (const auto* c = needle.Codes(); *c != 0; ++c)
     if (*c == code) return true;
   return false;
 }

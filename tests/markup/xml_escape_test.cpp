@@ -145,7 +145,7 @@ TEST(XmlEscapeShapes, NothingToEscapeAllocatesNothingAndKeepsTheBlock) {
   const char* u = unique.GetText();
   const char* v = view.GetText();
   {
-    testing::AllocationScope scope;
+    test::AllocationScope scope;
     unique.EscapeXml(true);
     shared.EscapeXml(true);
     view.EscapeXml(true);

@@ -22,11 +22,11 @@
 namespace ic {
 namespace {
 
-using testing::AllocationScope;
-using testing::Owned;
-using testing::Units;
+using test::AllocationScope;
+using test::Owned;
+using test::Units;
 
-using testing::TextOf;
+using test::TextOf;
 
 template <class S>
 class DoubleFormat : public ::testing::Test {};
@@ -286,7 +286,7 @@ TYPED_TEST(DoubleParse, RandomDecimalsMatchTheirExactValue) {
 
 template <class S>
 class ParseMembers : public ::testing::Test {};
-TYPED_TEST_SUITE(ParseMembers, testing::AllStringShapes);
+TYPED_TEST_SUITE(ParseMembers, test::AllStringShapes);
 
 TYPED_TEST(ParseMembers, FromTheStartAndFromAnIndex) {
   using Unit = typename TypeParam::UnitType;
@@ -328,7 +328,7 @@ TYPED_TEST(ParseMembers, PositionsOutsideTheTextReadNothing) {
 
 template <class S>
 class FixedFloat : public ::testing::Test {};
-TYPED_TEST_SUITE(FixedFloat, testing::AllStringShapes);
+TYPED_TEST_SUITE(FixedFloat, test::AllStringShapes);
 
 std::string Printf(float value) {
   char text[128];

@@ -13,18 +13,18 @@
 namespace ic {
 namespace {
 
-using testing::Owned;
+using test::Owned;
 
 // The text of the string, whose terminator is checked on the way.
 template <class S>
 std::string Text(const S& s) {
   EXPECT_EQ(s.GetText()[s.GetLength()], 0);
-  return testing::TextOf(s);
+  return test::TextOf(s);
 }
 
 template <class S>
 class Numbering : public ::testing::Test {};
-TYPED_TEST_SUITE(Numbering, testing::AllStringShapes);
+TYPED_TEST_SUITE(Numbering, test::AllStringShapes);
 
 template <class S>
 std::string Alpha(int32_t value, bool upper = true) {
@@ -136,7 +136,7 @@ TYPED_TEST(Numbering, RomanReservesRoomForTheLongestNumeral) {
   TypeParam s;
   s.SetRomanNumber(1);
   EXPECT_GE(s.GetCapacity(), 22);
-  testing::AllocationScope scope;
+  test::AllocationScope scope;
   s.SetRomanNumber(9888);
   EXPECT_EQ(scope.Allocations(), 0);
 }

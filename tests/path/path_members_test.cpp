@@ -392,7 +392,7 @@ TEST(PathMembersShapes, NothingToNormalizeAllocatesNothing) {
   ICStringUnique unique("C:\\dir\\file.txt");
   const char* before = unique.GetText();
   {
-    testing::AllocationScope scope;
+    test::AllocationScope scope;
     unique.Normalize();
     unique.RemoveRootPrefix().RemoveExtension();
     EXPECT_EQ(scope.Allocations(), 0);

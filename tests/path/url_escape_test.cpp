@@ -98,7 +98,7 @@ TEST(UrlEscapeNarrow, DecodeInPlaceNeverAllocates) {
   ICStringUnique s("a%20b%41%zz");
   const char* block = s.GetText();
   {
-    testing::AllocationScope scope;
+    test::AllocationScope scope;
     s.PercentDecode();
     EXPECT_EQ(scope.Allocations(), 0);
   }

@@ -17,14 +17,14 @@
 namespace ic {
 namespace {
 
-using testing::Owned;
-using testing::TextOf;
-using testing::Units;
-using testing::Utf8;
+using test::Owned;
+using test::TextOf;
+using test::Units;
+using test::Utf8;
 
 template <class S>
 class Filters : public ::testing::Test {};
-TYPED_TEST_SUITE(Filters, testing::AllStringShapes);
+TYPED_TEST_SUITE(Filters, test::AllStringShapes);
 
 template <class S>
 struct Sets {
@@ -77,7 +77,7 @@ TYPED_TEST(Filters, NothingToDoLeavesTheBlockUntouched) {
   const auto space = Units<Unit>(" "), xyz = Units<Unit>("xyz"), spec = Units<Unit>("a..z (");
   const auto open = Units<Unit>("["), close = Units<Unit>("]");
   {
-    testing::AllocationScope scope;
+    test::AllocationScope scope;
     s.Squeeze(nullptr, Unit(' '), space.c_str());
     s.SqueezeTrim(nullptr, Unit(' '), space.c_str());
     s.RemoveAll(xyz.c_str());
@@ -94,7 +94,7 @@ TYPED_TEST(Filters, NothingToDoLeavesTheBlockUntouched) {
   EXPECT_EQ(s.GetText(), block);
   EXPECT_EQ(TextOf(s), "a b(c");
   if constexpr (TypeParam::IsShared) {
-    EXPECT_EQ(testing::ShareWord(block), 1);
+    EXPECT_EQ(test::ShareWord(block), 1);
   }
 }
 

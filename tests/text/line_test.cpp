@@ -13,13 +13,13 @@
 namespace ic {
 namespace {
 
-using testing::Owned;
-using testing::TextOf;
-using testing::Units;
+using test::Owned;
+using test::TextOf;
+using test::Units;
 
 template <class S>
 class Lines : public ::testing::Test {};
-TYPED_TEST_SUITE(Lines, testing::AllStringShapes);
+TYPED_TEST_SUITE(Lines, test::AllStringShapes);
 
 TYPED_TEST(Lines, FirstLineEnd) {
   using Unit = typename TypeParam::UnitType;
@@ -40,7 +40,7 @@ TEST(LinesView, FirstLineEndViewsTheConstantAndTheFallback) {
   const ICStringViewW w(u"x");
   const ICStringViewW answer = w.FirstLineEnd(fallback);
   EXPECT_EQ(answer.GetText(), fallback);
-  testing::AllocationScope scope;
+  test::AllocationScope scope;
   const ICStringView lf = ICStringView("a\n").FirstLineEnd();
   EXPECT_STREQ(lf.GetText(), "\n");
   EXPECT_EQ(scope.Allocations(), 0);
@@ -72,7 +72,7 @@ TYPED_TEST(Lines, EnsureLineEnds) {
   TypeParam s = owner;
   const auto* block = s.GetText();
   {
-    testing::AllocationScope scope;
+    test::AllocationScope scope;
     EXPECT_EQ(s.EnsureLineEnds(good.c_str(), crlf.c_str()), good.c_str());
     EXPECT_EQ(scope.Allocations(), 0);
   }
@@ -140,7 +140,7 @@ TYPED_TEST(Lines, RoundTripsMatchAReference) {
 
 template <class S>
 class Format : public ::testing::Test {};
-TYPED_TEST_SUITE(Format, testing::AllStringShapes);
+TYPED_TEST_SUITE(Format, test::AllStringShapes);
 
 TYPED_TEST(Format, ReplacesTheTextAndShrinksToIt) {
   using Unit = typename TypeParam::UnitType;
@@ -162,7 +162,7 @@ TYPED_TEST(Format, GrowsInStepsOf1024AndEndsExact) {
   const auto format = Units<Unit>(std::string(2499, 'x').append("%d|"));
   TypeParam s;
   {
-    testing::AllocationScope scope;
+    test::AllocationScope scope;
     s.Format(format.c_str(), 7);
     // 1024, 2048 and 3072 units tried, then the exact block.
     EXPECT_EQ(scope.Allocations(), 4);

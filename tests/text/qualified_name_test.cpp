@@ -13,13 +13,13 @@
 namespace ic {
 namespace {
 
-using testing::Owned;
-using testing::TextOf;
-using testing::Units;
+using test::Owned;
+using test::TextOf;
+using test::Units;
 
 template <class S>
 class QualifiedNames : public ::testing::Test {};
-TYPED_TEST_SUITE(QualifiedNames, testing::AllStringShapes);
+TYPED_TEST_SUITE(QualifiedNames, test::AllStringShapes);
 
 template <class S>
 bool IsEmptyData(const S& s) {
@@ -76,7 +76,7 @@ TYPED_TEST(QualifiedNames, KeepTextBeforeColonLeavesOtherOwnersAlone) {
   EXPECT_EQ(TextOf(owner2), "ab");
   if constexpr (TypeParam::IsShared) {
     EXPECT_TRUE(IsEmptyData(t));  // the shared block loses this owner
-    EXPECT_EQ(testing::ShareWord(owner2.GetText()), 0);
+    EXPECT_EQ(test::ShareWord(owner2.GetText()), 0);
   }
 }
 
@@ -105,7 +105,7 @@ TYPED_TEST(QualifiedNames, MakeQualifiedName) {
   EXPECT_EQ(TextOf(p.MakeQualifiedName(n.c_str())), "p:n");
   EXPECT_EQ(TextOf(p.MakeQualifiedName(empty.c_str())), "p:");
   EXPECT_EQ(TextOf(p.MakeQualifiedName(nullptr)), "p:");
-  testing::AllocationScope scope;
+  test::AllocationScope scope;
   const TypeParam name = p.MakeQualifiedName(n.c_str());
   EXPECT_EQ(scope.Allocations(), 1);
   EXPECT_EQ(name.GetCapacity(), 3);

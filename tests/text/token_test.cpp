@@ -13,13 +13,13 @@
 namespace ic {
 namespace {
 
-using testing::Owned;
-using testing::TextOf;
-using testing::Units;
+using test::Owned;
+using test::TextOf;
+using test::Units;
 
 template <class S>
 class Tokens : public ::testing::Test {};
-TYPED_TEST_SUITE(Tokens, testing::AllStringShapes);
+TYPED_TEST_SUITE(Tokens, test::AllStringShapes);
 
 // Walks the whole text with the set form and answers the tokens.
 template <class S>
@@ -208,7 +208,7 @@ TYPED_TEST(Tokens, WholeTextWalksMatchAReference) {
 
 template <class S>
 class FirstLines : public ::testing::Test {};
-TYPED_TEST_SUITE(FirstLines, testing::AllStringShapes);
+TYPED_TEST_SUITE(FirstLines, test::AllStringShapes);
 
 template <class S>
 std::string Lines(const std::string& text, int32_t maxLines, bool skip, bool trim,

@@ -14,13 +14,13 @@
 namespace ic {
 namespace {
 
-using testing::Owned;
-using testing::TextOf;
-using testing::Units;
+using test::Owned;
+using test::TextOf;
+using test::Units;
 
 template <class S>
 class Trim : public ::testing::Test {};
-TYPED_TEST_SUITE(Trim, testing::AllStringShapes);
+TYPED_TEST_SUITE(Trim, test::AllStringShapes);
 
 TYPED_TEST(Trim, DefaultBlanksAtBothEnds) {
   TypeParam s = Owned<TypeParam>(" \t\r\nab c \n");
@@ -68,7 +68,7 @@ TYPED_TEST(Trim, NothingToDoLeavesTheBlockUntouched) {
   TypeParam s = owner;
   const auto* block = s.GetText();
   {
-    testing::AllocationScope scope;
+    test::AllocationScope scope;
     s.Trim();
     s.TrimLeft(typename TypeParam::UnitType('q'));
     EXPECT_EQ(scope.Allocations(), 0);
@@ -76,7 +76,7 @@ TYPED_TEST(Trim, NothingToDoLeavesTheBlockUntouched) {
   }
   EXPECT_EQ(s.GetText(), block);
   if constexpr (TypeParam::IsShared) {
-    EXPECT_EQ(testing::ShareWord(block), 1);
+    EXPECT_EQ(test::ShareWord(block), 1);
   }
 }
 
@@ -132,11 +132,11 @@ TEST(TrimNarrow, MatchesAReferenceOnRandomText) {
       ++first;
     while (last > first && set.find(text[last - 1]) != std::u32string::npos)
       --last;
-    ICStringShared s(testing::Utf8(text).c_str());
+    ICStringShared s(test::Utf8(text).c_str());
     const ICStringShared other = s;
-    s.Trim(testing::Utf8(set).c_str());
-    ASSERT_EQ(std::string(s.GetText()), testing::Utf8(text.substr(first, last - first)));
-    ASSERT_EQ(std::string(other.GetText()), testing::Utf8(text));
+    s.Trim(test::Utf8(set).c_str());
+    ASSERT_EQ(std::string(s.GetText()), test::Utf8(text.substr(first, last - first)));
+    ASSERT_EQ(std::string(other.GetText()), test::Utf8(text));
   }
 }
 
@@ -156,7 +156,7 @@ TEST(BlankTests, NullEmptyAndNoBreak) {
 
 template <class S>
 class Pad : public ::testing::Test {};
-TYPED_TEST_SUITE(Pad, testing::AllStringShapes);
+TYPED_TEST_SUITE(Pad, test::AllStringShapes);
 
 TYPED_TEST(Pad, AtStartAndAtEnd) {
   using Unit = typename TypeParam::UnitType;
@@ -191,7 +191,7 @@ TEST(PadNarrow, MultiByteCharacters) {
 
 template <class S>
 class InsertEvery : public ::testing::Test {};
-TYPED_TEST_SUITE(InsertEvery, testing::AllStringShapes);
+TYPED_TEST_SUITE(InsertEvery, test::AllStringShapes);
 
 TYPED_TEST(InsertEvery, GroupsAndTheEnd) {
   using Unit = typename TypeParam::UnitType;

@@ -204,7 +204,7 @@ TEST_F(CharacterClasses, SetsAreCopiesNotSharedWithTheTable) {
 TEST_F(CharacterClasses, FailedAllocationFreesWhatWasBuilt) {
   long total;
   {
-    testing::AllocationScope scope;
+    test::AllocationScope scope;
     { const CharacterClassSets sets; }
     total = scope.Allocations();
     EXPECT_EQ(scope.Frees(), total);
@@ -212,9 +212,9 @@ TEST_F(CharacterClasses, FailedAllocationFreesWhatWasBuilt) {
   ASSERT_GT(total, 19);
   int failures = 0;
   for (long allowed = 0; allowed < total; allowed += 1 + allowed / 8) {
-    testing::AllocationScope scope;
+    test::AllocationScope scope;
     {
-      testing::FailThrowingAllocationsAfter fail(allowed);
+      test::FailThrowingAllocationsAfter fail(allowed);
       EXPECT_THROW(CharacterClassSets(), std::bad_alloc) << allowed;
     }
     EXPECT_EQ(scope.Allocations(), scope.Frees()) << "after " << allowed << " allocations";

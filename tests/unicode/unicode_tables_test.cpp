@@ -274,20 +274,20 @@ TEST_F(UnicodeTables, EachRowIsOneAllocationAndUnloadFreesThem) {
   EXPECT_EQ(UnicodeBlockTable[0].name, nullptr);
   EXPECT_TRUE(UnicodeCategoryTable[0].ranges.empty());
   {
-    testing::AllocationScope scope;
+    test::AllocationScope scope;
     LoadUnicodeTables();
     EXPECT_EQ(scope.Allocations(), 279 + 38 + 137 + 59);
   }
   EXPECT_TRUE(UnicodeCategoryTableLoaded());
   {
-    testing::AllocationScope scope;
+    test::AllocationScope scope;
     LoadUnicodeTables();  // loaded already: nothing to do
     EXPECT_EQ(scope.Allocations(), 0);
   }
   for (const NamedCodePointSet& row : UnicodeCategoryTable)
     EXPECT_EQ(row.ranges.capacity(), row.ranges.size()) << row.name;
   {
-    testing::AllocationScope scope;
+    test::AllocationScope scope;
     internal::UnloadUnicodeScriptExtensionTable();
     internal::UnloadUnicodeScriptTable();
     internal::UnloadUnicodeCategoryTable();

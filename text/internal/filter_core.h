@@ -34,7 +34,7 @@ class IC_API CodeLookup {
   bool IsEmpty() const noexcept { return needle_.IsEmpty(); }
   bool Contains(uint32_t code) const noexcept {
     if (code < 128) return (ascii_[code >> 6] >> (code & 63)) & 1;
-    for (const auto* c = needle_.codes; *c != 0; ++c)
+    for (const auto* c = needle_.Codes(); *c != 0; ++c)
       if (*c == code) return true;
     return false;
   }
