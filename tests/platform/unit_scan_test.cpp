@@ -142,6 +142,9 @@ void Random(std::mt19937& rng, uint32_t top) {
     const int members = static_cast<int>(rng() % 6);
     for (int k = 0; k < members; ++k)
       set.Add(rng() % 128);
+    if (rng() % 3 == 0)  // every low four bits start a member: the tables then hold the block
+      for (uint32_t u = 16; u < 32; ++u)
+        set.Add(u);
     set.High(rng() % 2 == 0);
     const uint32_t single = rng() % 4 == 0 ? rng() % 256 : rng() % 128;
     std::vector<Unit> text(rng() % 300);
