@@ -1,8 +1,5 @@
 #include <ic/text/internal/trim_core.h>
 
-#include <type_traits>
-
-#include <ic/platform/internal/unit_scan.h>
 #include <ic/string/utf8.h>
 #include <ic/text/utf8_walk.h>
 
@@ -132,23 +129,7 @@ bool NextToken(const TokenSource<Unit>& source, int32_t& position, const TokenRu
   const Unit* p = start;
   const SearchNeedle<Unit>& delimiter = *rules.delimiter;
   const bool quoted = rules.quotes != nullptr && !rules.quotes->IsEmpty();
-  // The ASCII units that are neither delimiters nor quotes are passed over through a table;
-  // anything else (non-ASCII units included) takes the general steps.
-  platform::internal::UnitStopSet stops;
-  stops.high = true;
-  if (!rules.wholeText) {
-    for (const auto* c = delimiter.codes; *c != 0; ++c)
-      stops.Add(static_cast<uint32_t>(*c));
-    if (quoted)
-      for (const auto* c = rules.quotes->codes; *c != 0; ++c)
-        stops.Add(static_cast<uint32_t>(*c));
-  }
   while (p < end) {
-    if (!rules.wholeText) {
-      while (p < end && !stops.Holds(static_cast<std::make_unsigned_t<Unit>>(*p)))
-        ++p;
-      if (p == end) break;
-    }
     const Unit* const here = p;
     const uint32_t code = ReadCode(p, end);
     if (quoted && InNeedle(*rules.quotes, code)) {
