@@ -7,12 +7,13 @@
 
 #include <ic/number/number_format.h>
 #include <ic/path/internal/code_set.h>
+#include <ic/platform/internal/unit_scan.h>
 
 namespace ic::internal {
 namespace {
 
 // The replaced characters apart from those of alsoEscape.
-inline bool IsXmlSpecial(uint32_t c, bool escapeQuotes) noexcept {
+constexpr bool IsXmlSpecial(uint32_t c, bool escapeQuotes) noexcept {
   if (c < 0x20) return c != '\t' && c != '\n' && c != '\r';
   if (c == '<' || c == '>' || c == '&') return true;
   return escapeQuotes && (c == '"' || c == '\'');
@@ -29,39 +30,25 @@ bool IsReplaced(uint32_t c, bool escapeQuotes, const Unit* alsoEscape) noexcept 
   return CodeSetHolds(alsoEscape, c);
 }
 
-constexpr const std::array<uint8_t, 256>& kStops = kXmlStops;
+// The units a scan without alsoEscape must look at: the replaced characters, the zero unit
+// and, in narrow text, every non-ASCII byte.
+constexpr platform::internal::UnitStopSet MakeQuietStops(bool escapeQuotes, bool narrow) {
+  platform::internal::UnitStopSet set;
+  for (uint32_t c = 0; c < 128; ++c)
+    if (c == 0 || IsXmlSpecial(c, escapeQuotes)) set.Add(c);
+  set.high = narrow;
+  return set;
+}
+template <class Unit>
+constexpr platform::internal::UnitStopSet kQuietStops[2] = {
+    MakeQuietStops(false, sizeof(Unit) == 1), MakeQuietStops(true, sizeof(Unit) == 1)};
 
-// Units of the first `n` at `p` before the first that a scan without alsoEscape must look at:
-// a replaced character, a zero unit and (narrow) a non-ASCII byte. Blocks of 64 units are
-// tested whole first, a test the compiler vectorises; the rest goes through a table.
+// Units of the first `n` at `p` before the first that a scan without alsoEscape must look at.
 template <class Unit>
 int32_t QuietSpan(const Unit* p, int32_t n, bool escapeQuotes) noexcept {
-  using U = std::make_unsigned_t<Unit>;
-  constexpr bool kNarrow = sizeof(Unit) == 1;
-  const U quote = escapeQuotes ? U('"') : U('<');
-  const U apostrophe = escapeQuotes ? U('\'') : U('<');
-  const U* u = reinterpret_cast<const U*>(p);
-  int32_t i = 0;
-  for (; i + 64 <= n; i += 64) {
-    // Every test is a plain compare whose results are or-ed together, with no early exit
-    // inside the block, so that the compiler turns the block into vector compares.
-    U any = 0;
-    for (int k = 0; k < 64; ++k) {
-      const U c = u[i + k];
-      const U control = static_cast<U>(static_cast<U>(c < 0x20) & static_cast<U>(c != U('\t')) &
-                                       static_cast<U>(c != U('\n')) & static_cast<U>(c != U('\r')));
-      any |= static_cast<U>(control | static_cast<U>(c == U('<')) | static_cast<U>(c == U('>')) |
-                            static_cast<U>(c == U('&')) | static_cast<U>(c == quote) |
-                            static_cast<U>(c == apostrophe) | static_cast<U>(kNarrow && c >= 0x80));
-    }
-    if (any) break;
-  }
-  const uint8_t mask = static_cast<uint8_t>(1 | (escapeQuotes ? 2 : 0) | (kNarrow ? 4 : 0));
-  for (; i < n; ++i) {
-    const U c = u[i];
-    if ((kNarrow || c < 0x100) && (kStops[c & 0xFF] & mask)) return i;
-  }
-  return n;
+  if (n <= 0) return 0;
+  return static_cast<int32_t>(platform::internal::FindFirstInSet(
+      p, static_cast<size_t>(n), kQuietStops<Unit>[escapeQuotes ? 1 : 0]));
 }
 
 }  // namespace
@@ -108,14 +95,7 @@ int XmlReplacement(uint32_t code, bool escapeQuotes, const Unit* alsoEscape, Uni
 template <class Unit>
 int32_t XmlPlainSpan(const Unit* p, int32_t n, bool escapeQuotes, const Unit* alsoEscape) noexcept {
   if (alsoEscape == nullptr || *alsoEscape == 0) {
-    // Runs between replaced characters are short: a table look-up per unit.
-    using U = std::make_unsigned_t<Unit>;
-    const uint8_t mask =
-        static_cast<uint8_t>(1 | (escapeQuotes ? 2 : 0) | (sizeof(Unit) == 1 ? 4 : 0));
-    const U* u = reinterpret_cast<const U*>(p);
-    for (int32_t i = 0; i < n; ++i)
-      if ((sizeof(Unit) == 1 || u[i] < 0x100) && (kStops[u[i] & 0xFF] & mask)) return i;
-    return n;
+    return QuietSpan(p, n, escapeQuotes);
   }
   int32_t i = 0;
   for (; i < n; ++i) {

@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <type_traits>
 
+#include <ic/platform/internal/unit_scan.h>
 #include <ic/string/utf8.h>
 #include <ic/string/internal/positions.h>
 
@@ -135,28 +136,17 @@ int32_t SqueezeText(const Unit* text, int32_t length, const LazyBlock<Unit>& blo
     return collapseSet.Contains(u) && !keepSet.Contains(u);
   };
   int32_t r = 0;
-  // Whole blocks first, without a branch per unit: a block with anything to look at goes to the
-  // unit loop below.
-  uint8_t collapsing[128];
+  // A scan for the first unit that the loop below would stop at: a non-ASCII unit, or a unit
+  // of a run to collapse other than a lone replacement. When SqueezeTrim may remove the first
+  // unit, the loop looks at it itself.
+  platform::internal::UnitStopSet stops;
+  stops.high = true;
   for (uint32_t u = 0; u < 128; ++u)
-    collapsing[u] = collapses(u) ? 1 : 0;
+    if (collapses(u)) stops.Add(u);
   const uint32_t replacementUnit = static_cast<std::make_unsigned_t<Unit>>(replacement);
-  if (!(trimRuns && length > 0 && static_cast<std::make_unsigned_t<Unit>>(text[0]) < 0x80 &&
-        collapsing[static_cast<std::make_unsigned_t<Unit>>(text[0])])) {
-    constexpr int32_t kBlock = 64;
-    while (r + kBlock < length) {
-      uint32_t look = 0;
-      for (int32_t k = 0; k < kBlock; ++k) {
-        const uint32_t u = static_cast<std::make_unsigned_t<Unit>>(text[r + k]);
-        const uint32_t next = static_cast<std::make_unsigned_t<Unit>>(text[r + k + 1]);
-        const uint32_t high = u >= 0x80;
-        const uint32_t nextCollapses = (next >= 0x80) | collapsing[next & 127];
-        look |= high | (collapsing[u & 127] & ((u != replacementUnit) | nextCollapses));
-      }
-      if (look != 0) break;
-      r += kBlock;
-    }
-  }
+  if (!(trimRuns && length > 0 && stops.Holds(static_cast<std::make_unsigned_t<Unit>>(text[0]))))
+    r = static_cast<int32_t>(platform::internal::FindFirstRunInSet(
+        text, static_cast<size_t>(length), stops, replacementUnit));
   while (r < length) {
     const uint32_t u = static_cast<std::make_unsigned_t<Unit>>(text[r]);
     if (u >= 0x80) break;

@@ -15,20 +15,6 @@
 
 namespace ic::internal {
 
-/// What a scan must look at, by unit value below 256: bit 0 the markup characters and the
-/// controls other than tab, LF and CR (zero included), bit 1 the quotes, bit 2 non-ASCII.
-constexpr std::array<uint8_t, 256> MakeXmlStopTable() {
-  std::array<uint8_t, 256> t{};
-  for (int c = 0; c < 0x20; ++c)
-    t[static_cast<size_t>(c)] = (c == '\t' || c == '\n' || c == '\r') ? 0 : 1;
-  t['<'] = t['>'] = t['&'] = 1;
-  t['"'] = t['\''] = 2;
-  for (int c = 0x80; c < 0x100; ++c)
-    t[static_cast<size_t>(c)] = 4;
-  return t;
-}
-inline constexpr std::array<uint8_t, 256> kXmlStops = MakeXmlStopTable();
-
 /// The first character of the `length` units at `source` (zero-terminated there, or at an
 /// earlier zero unit) that escaping replaces, or null. Narrow text is walked by code point, wide
 /// text by unit.
@@ -61,16 +47,12 @@ void EscapeXmlFrom(const Unit* source, int32_t length, const Unit* first, bool e
   Unit piece[16];
   const Unit* p = first;
   if (alsoEscape == nullptr || *alsoEscape == 0) {
-    // The common case, inline: runs through the stop table, the markup characters from a
+    // The common case, inline: runs from the plain-span scan, the markup characters from a
     // switch; controls and (narrow) non-ASCII characters take the general steps below.
     using U = std::make_unsigned_t<Unit>;
-    const uint8_t mask =
-        static_cast<uint8_t>(1 | (escapeQuotes ? 2 : 0) | (sizeof(Unit) == 1 ? 4 : 0));
     while (p < end) {
       const Unit* run = p;
-      while (p < end && !((sizeof(Unit) == 1 || static_cast<U>(*p) < 0x100) &&
-                          (kXmlStops[static_cast<U>(*p) & 0xFF] & mask)))
-        ++p;
+      p += XmlPlainSpan(p, static_cast<int32_t>(end - p), escapeQuotes, alsoEscape);
       if (p != run) sink.Add(run, static_cast<int32_t>(p - run));
       if (p == end || *p == 0) return;
       static constexpr Unit kLt[] = {Unit('&'), Unit('l'), Unit('t'), Unit(';')};

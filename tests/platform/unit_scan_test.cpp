@@ -1,0 +1,178 @@
+// The unit-set scans against a straightforward loop written here, on the AVX2 kernels (where
+// the processor has them) and on the portable path: every length 0 to 130 with the unit that
+// matters at every offset, both widths, and random texts and sets. Each text lies in a heap
+// block of exactly its length, so that a read past it shows under AddressSanitizer.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <random>
+#include <vector>
+
+#include <ic/platform/internal/unit_scan.h>
+#include <ic/platform/internal/vector_kernels.h>
+
+namespace ic::platform {
+namespace {
+
+using internal::UnitStopSet;
+
+// A set built through Add, with its members kept here as well.
+struct TestSet {
+  UnitStopSet set;
+  bool in[128] = {};
+  bool high = false;
+  void Add(uint32_t u) {
+    set.Add(u);
+    if (u < 128) in[u] = true;
+  }
+  void High(bool on) { set.high = high = on; }
+};
+
+template <class Unit>
+bool InSet(const TestSet& set, Unit unit) {
+  const uint32_t u = static_cast<std::make_unsigned_t<Unit>>(unit);
+  return u < 128 ? set.in[u] : set.high;
+}
+
+template <class Unit>
+size_t FirstInSet(const std::vector<Unit>& text, const TestSet& set) {
+  for (size_t i = 0; i < text.size(); ++i)
+    if (InSet(set, text[i])) return i;
+  return text.size();
+}
+
+template <class Unit>
+size_t FirstRun(const std::vector<Unit>& text, const TestSet& set, uint32_t single) {
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (!InSet(set, text[i])) continue;
+    const bool lone = single < 128 && static_cast<uint32_t>(text[i]) == single &&
+                      i + 1 < text.size() && !InSet(set, text[i + 1]);
+    if (!lone) return i;
+  }
+  return text.size();
+}
+
+// The text in a block of exactly its size.
+template <class Unit>
+std::unique_ptr<Unit[]> Exact(const std::vector<Unit>& text) {
+  std::unique_ptr<Unit[]> block(new Unit[text.size() == 0 ? 1 : text.size()]);
+  for (size_t i = 0; i < text.size(); ++i)
+    block[i] = text[i];
+  return block;
+}
+
+template <class Unit>
+void Check(const std::vector<Unit>& text, const TestSet& set, uint32_t single) {
+  const auto block = Exact(text);
+  ASSERT_EQ(internal::FindFirstInSet(block.get(), text.size(), set.set), FirstInSet(text, set))
+      << "length " << text.size();
+  ASSERT_EQ(internal::FindFirstRunInSet(block.get(), text.size(), set.set, single),
+            FirstRun(text, set, single))
+      << "length " << text.size();
+}
+
+// The blanks set with the high block, as the squeezing scan uses it; ' ' is the single.
+TestSet Blanks(bool high) {
+  TestSet set;
+  set.Add(' ');
+  set.Add('\t');
+  set.High(high);
+  return set;
+}
+
+class UnitScan : public ::testing::TestWithParam<bool> {
+ protected:
+  void SetUp() override { internal::EnableVectorKernels(GetParam()); }
+  void TearDown() override { internal::EnableVectorKernels(true); }
+};
+
+template <class Unit>
+void EveryOffset(const std::vector<uint32_t>& units) {
+  for (const bool high : {false, true}) {
+    const TestSet set = Blanks(high);
+    for (size_t n = 0; n <= 130; ++n) {
+      const std::vector<Unit> clean(n, Unit('x'));
+      Check(clean, set, ' ');
+      for (size_t at = 0; at < n; ++at)
+        for (const uint32_t u : units) {
+          std::vector<Unit> text = clean;
+          text[at] = static_cast<Unit>(u);
+          Check(text, set, ' ');
+          if (at + 1 < n) {  // a pair: a run of two, or a single before a member
+            text[at + 1] = Unit('\t');
+            Check(text, set, ' ');
+          }
+        }
+    }
+  }
+}
+
+TEST_P(UnitScan, NarrowEveryLengthAndOffset) {
+  EveryOffset<char>({' ', '\t', 0, 'y', 0x7F, 0x80, 0xC3, 0xFF});
+}
+
+TEST_P(UnitScan, WideEveryLengthAndOffset) {
+  EveryOffset<char16_t>(
+      {' ', '\t', 0, 'y', 0x7F, 0x80, 0xFF, 0x100, 0x120, 0x7FFF, 0x8000, 0xD800, 0xFFFF});
+}
+
+TEST_P(UnitScan, EverySingleUnitValue) {
+  // Each unit value alone in a window, against every set of one member.
+  for (uint32_t member = 0; member < 128; member += 7) {
+    TestSet set;
+    set.Add(member);
+    for (uint32_t u = 0; u < 0x10000; u += (u < 0x200 ? 1 : 97)) {
+      std::vector<char16_t> wide(70, char16_t(member == 'x' ? 'y' : 'x'));
+      wide[40] = static_cast<char16_t>(u);
+      Check(wide, set, member);
+      if (u < 256) {
+        std::vector<char> narrow(70, member == 'x' ? 'y' : 'x');
+        narrow[40] = static_cast<char>(u);
+        Check(narrow, set, member);
+      }
+    }
+  }
+}
+
+template <class Unit>
+void Random(std::mt19937& rng, uint32_t top) {
+  for (int round = 0; round < 3000; ++round) {
+    TestSet set;
+    const int members = static_cast<int>(rng() % 6);
+    for (int k = 0; k < members; ++k)
+      set.Add(rng() % 128);
+    if (rng() % 3 == 0)  // every low four bits start a member: the tables then hold the block
+      for (uint32_t u = 16; u < 32; ++u)
+        set.Add(u);
+    set.High(rng() % 2 == 0);
+    const uint32_t single = rng() % 4 == 0 ? rng() % 256 : rng() % 128;
+    std::vector<Unit> text(rng() % 300);
+    for (Unit& u : text)
+      u = static_cast<Unit>(rng() % 8 == 0 ? rng() % top : 'a' + rng() % 26);
+    Check(text, set, single);
+  }
+}
+
+TEST_P(UnitScan, RandomTextsAndSets) {
+  std::mt19937 rng(GetParam() ? 11 : 12);
+  Random<char>(rng, 256);
+  Random<char16_t>(rng, 0x10000);
+}
+
+TEST_P(UnitScan, SetHolds) {
+  UnitStopSet set = Blanks(false).set;
+  set.Add(200);  // not below 128: nothing happens
+  EXPECT_TRUE(set.Holds(' '));
+  EXPECT_FALSE(set.Holds('x'));
+  EXPECT_FALSE(set.Holds(200));
+  set.high = true;
+  EXPECT_TRUE(set.Holds(200));
+  EXPECT_TRUE(set.Holds(0xFFFF));
+}
+
+INSTANTIATE_TEST_SUITE_P(Paths, UnitScan, ::testing::Bool(),
+                         [](const auto& info) { return info.param ? "Vector" : "Portable"; });
+
+}  // namespace
+}  // namespace ic::platform
