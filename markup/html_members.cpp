@@ -18,7 +18,7 @@ void ICStringHtmlMembers<BasicICString<Unit, Storage>>::EncodeHtmlInto(Str& out,
 
 template <class Unit, class Storage>
 auto ICStringHtmlMembers<BasicICString<Unit, Storage>>::ToHtml(bool lineBreakTags) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const ICStringUniqueT<Unit> copy(self.GetText(), self.GetLength());
   EncodeHtmlInto(self, copy.GetText(), lineBreakTags);
   return self;

@@ -6,6 +6,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -13,8 +14,9 @@ template <class Str>
 class ICStringHtmlMembers;
 
 template <class Unit, class Storage>
-class ICStringHtmlMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringHtmlMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringHtmlMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringHtmlMembers);
 
  public:
   /// Clears `out` and writes `text` (null: empty) into it as HTML: a line break (CR LF, lone

@@ -26,7 +26,7 @@ struct QuotedPrintableSink {
 template <class Unit, class Storage>
 auto ICStringQuotedPrintableMembers<BasicICString<Unit, Storage>>::EncodeQuotedPrintable()
     -> Str& requires(IsWideUnique) {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const int32_t length = self.GetLength();
   if (length == 0) return self;
   ICStringUniqueW out(length, true, false);

@@ -6,6 +6,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -13,8 +14,9 @@ template <class Str>
 class ICStringQuotedPrintableMembers;
 
 template <class Unit, class Storage>
-class ICStringQuotedPrintableMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringQuotedPrintableMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringQuotedPrintableMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringQuotedPrintableMembers);
   static constexpr bool IsWideUnique =
       std::is_same_v<Unit, char16_t> && std::is_same_v<Storage, ICStringUniqueStorage<char16_t>>;
 

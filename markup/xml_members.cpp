@@ -6,6 +6,7 @@
 #include <ic/markup/internal/xml_escape_core.h>
 #include <ic/string/builder.h>
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/string/write_steps.h>
 
 namespace ic {
@@ -44,7 +45,7 @@ bool ICStringXmlMembers<BasicICString<Unit, Storage>>::EscapeXmlInto(const Unit*
 template <class Unit, class Storage>
 auto ICStringXmlMembers<BasicICString<Unit, Storage>>::EscapeXml(bool escapeQuotes,
                                                                  const Unit* alsoEscape) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   ICStringUniqueT<Unit> fresh;
   if (EscapeInto(self.GetText(), self.GetLength(), fresh, escapeQuotes, alsoEscape))
     self = std::move(fresh);
@@ -63,13 +64,13 @@ auto ICStringXmlMembers<BasicICString<Unit, Storage>>::EscapedXml(const Unit* te
 template <class Unit, class Storage>
 auto ICStringXmlMembers<BasicICString<Unit, Storage>>::UnescapeXml(bool decodeCharRefs,
                                                                    bool decodeEntities) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const int32_t length = self.GetLength();
   if (!std::char_traits<Unit>::find(self.GetText(), static_cast<size_t>(length), Unit('&')))
     return self;
-  internal::PrepareInPlace(self);
-  const int32_t n =
-      internal::UnescapeXmlUnits(self._GetBuffer(), length, decodeCharRefs, decodeEntities);
+  internal::StringAccess::PrepareInPlace(self);
+  const int32_t n = internal::UnescapeXmlUnits(internal::StringAccess::_GetBuffer(self), length,
+                                               decodeCharRefs, decodeEntities);
   self.KeepLeft(n);
   return self;
 }

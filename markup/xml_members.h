@@ -7,6 +7,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -14,8 +15,9 @@ template <class Str>
 class ICStringXmlMembers;
 
 template <class Unit, class Storage>
-class ICStringXmlMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringXmlMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringXmlMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringXmlMembers);
 
  public:
   /// Escapes the zero-terminated `source` (null: nothing) onto the end of `out`: '<', '>', '&'

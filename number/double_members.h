@@ -10,6 +10,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -17,9 +18,9 @@ template <class Str>
 class ICStringDoubleMembers;
 
 template <class Unit, class Storage>
-class ICStringDoubleMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
-  static constexpr bool IsUnique = std::is_same_v<Storage, ICStringUniqueStorage<Unit>>;
+class ICStringDoubleMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringDoubleMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringDoubleMembers);
 
  public:
   /// Replaces the text by `value`, written digit by digit in plain double arithmetic (no

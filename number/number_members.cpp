@@ -4,6 +4,7 @@
 
 #include <ic/number/internal/fixed_float.h>
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/string_access.h>
 
 namespace ic {
 namespace {
@@ -12,9 +13,9 @@ template <class Str, class UInt>
 Str& AssignDecimal(Str& self, UInt magnitude, bool negative,
                    const StringNumberFormatOptions<typename Str::UnitType>& options) {
   const int32_t needed = DecimalSizeNeeded(magnitude, negative, options.minWidth);
-  self._PrepareReplace(needed - 1);
-  _FormatDecimal(self._GetBuffer(), needed, magnitude, options, negative);
-  self._SetStoredLength(needed - 1);
+  internal::StringAccess::_PrepareReplace(self, needed - 1);
+  _FormatDecimal(internal::StringAccess::_GetBuffer(self), needed, magnitude, options, negative);
+  internal::StringAccess::_SetStoredLength(self, needed - 1);
   return self;
 }
 
@@ -23,10 +24,10 @@ Str& AppendDecimal(Str& self, UInt magnitude, bool negative) {
   using Unit = typename Str::UnitType;
   const int32_t oldLength = self.GetLength();
   const int32_t needed = DecimalSizeNeeded(magnitude, negative, 0);
-  self._PrepareGrow(oldLength + needed - 1);
-  _FormatDecimal(self._GetBuffer() + oldLength, needed, magnitude, DefaultDecimalFormat<Unit>,
-                 negative);
-  self._SetStoredLength(oldLength + needed - 1);
+  internal::StringAccess::_PrepareGrow(self, oldLength + needed - 1);
+  _FormatDecimal(internal::StringAccess::_GetBuffer(self) + oldLength, needed, magnitude,
+                 DefaultDecimalFormat<Unit>, negative);
+  internal::StringAccess::_SetStoredLength(self, oldLength + needed - 1);
   return self;
 }
 
@@ -51,12 +52,12 @@ Str& AssignHex(Str& self, uint64_t value, int byteSize,
                const StringHexFormatOptions<typename Str::UnitType>& options) {
   const int32_t needed =
       FormatHex(static_cast<typename Str::UnitType*>(nullptr), 0, value, byteSize, options);
-  self._PrepareReplace(needed - 1);
+  internal::StringAccess::_PrepareReplace(self, needed - 1);
   // A text that comes out empty (a value cut to zero, without prefix or width) may have left
   // the string on the empty data, which is never written.
-  if (self._IsEmptyData()) return self;
-  FormatHex(self._GetBuffer(), needed, value, byteSize, options);
-  self._SetStoredLength(needed - 1);
+  if (internal::StringAccess::_IsEmptyData(self)) return self;
+  FormatHex(internal::StringAccess::_GetBuffer(self), needed, value, byteSize, options);
+  internal::StringAccess::_SetStoredLength(self, needed - 1);
   return self;
 }
 
@@ -66,9 +67,10 @@ Str& AppendHex(Str& self, uint64_t value, int byteSize) {
   const int32_t oldLength = self.GetLength();
   const int32_t needed =
       FormatHex(static_cast<Unit*>(nullptr), 0, value, byteSize, DefaultHexFormat<Unit>);
-  self._PrepareGrow(oldLength + needed - 1);
-  FormatHex(self._GetBuffer() + oldLength, needed, value, byteSize, DefaultHexFormat<Unit>);
-  self._SetStoredLength(oldLength + needed - 1);
+  internal::StringAccess::_PrepareGrow(self, oldLength + needed - 1);
+  FormatHex(internal::StringAccess::_GetBuffer(self) + oldLength, needed, value, byteSize,
+            DefaultHexFormat<Unit>);
+  internal::StringAccess::_SetStoredLength(self, oldLength + needed - 1);
   return self;
 }
 
@@ -154,13 +156,13 @@ auto ICStringNumberMembers<BasicICString<Unit, Storage>>::AppendNumber(const voi
 template <class Unit, class Storage>
 auto ICStringNumberMembers<BasicICString<Unit, Storage>>::AssignNumber(float value) -> Str& {
   Unit text[internal::kFixedFloatUnits];
-  return static_cast<Str&>(*this).Assign(text, internal::FormatFixedFloat(text, value));
+  return Self().Assign(text, internal::FormatFixedFloat(text, value));
 }
 
 template <class Unit, class Storage>
 auto ICStringNumberMembers<BasicICString<Unit, Storage>>::AppendNumber(float value) -> Str& {
   Unit text[internal::kFixedFloatUnits];
-  return static_cast<Str&>(*this).Append(text, internal::FormatFixedFloat(text, value));
+  return Self().Append(text, internal::FormatFixedFloat(text, value));
 }
 
 IC_INSTANTIATE_STRING_MIXIN(ICStringNumberMembers)

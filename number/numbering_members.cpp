@@ -2,6 +2,7 @@
 
 #include <ic/number/internal/numbering.h>
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/string_access.h>
 
 namespace ic {
 
@@ -11,17 +12,17 @@ auto ICStringNumberingMembers<BasicICString<Unit, Storage>>::SetAlphabeticNumber
     -> Str& {
   Unit text[internal::kAlphabeticNumberUnits];
   const int32_t length = internal::WriteAlphabeticNumber(text, value, upperCase);
-  return static_cast<Str&>(*this).Assign(text, length);  // a length of 0 clears
+  return Self().Assign(text, length);  // a length of 0 clears
 }
 
 template <class Unit, class Storage>
 auto ICStringNumberingMembers<BasicICString<Unit, Storage>>::SetRomanNumber(int32_t value,
                                                                             bool upperCase)
     -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   Unit text[internal::kRomanNumberUnits];
   const int32_t length = internal::WriteRomanNumber(text, value, upperCase);
-  if (length > 0) self._PrepareReplace(internal::kRomanNumberUnits);
+  if (length > 0) internal::StringAccess::_PrepareReplace(self, internal::kRomanNumberUnits);
   return self.Assign(text, length);
 }
 

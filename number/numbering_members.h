@@ -6,6 +6,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -13,8 +14,9 @@ template <class Str>
 class ICStringNumberingMembers;
 
 template <class Unit, class Storage>
-class ICStringNumberingMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringNumberingMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringNumberingMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringNumberingMembers);
 
  public:
   /// Replaces the text by the letter label of `value` in bijective base 26, as spreadsheet

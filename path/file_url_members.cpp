@@ -7,6 +7,7 @@
 #include <ic/path/path_scheme_handler.h>
 #include <ic/path/percent_members.h>
 #include <ic/string/ic_string.h>
+#include <ic/text/internal/trim_core.h>
 
 namespace ic {
 namespace {
@@ -32,7 +33,11 @@ bool IsLocal(const Unit* text, int32_t length) {
 
 template <class Str>
 void CutLeadingBlanks(Str& self) {
-  const int32_t n = internal::LeadingBlankCount(self.GetText(), self.GetLength());
+  const typename Str::UnitType* text = self.GetText();
+  const int32_t n = static_cast<int32_t>(
+      internal::SkipInSet(text, text + self.GetLength(),
+                          internal::TrimSet<typename Str::UnitType>::DefaultBlanks()) -
+      text);
   if (n > 0) self.KeepFrom(n);
 }
 
@@ -49,7 +54,7 @@ void ReplaceUnit(ICStringUniqueT<Unit>& s, char from, char to) {
 template <class Unit, class Storage>
 auto ICStringFileUrlMembers<BasicICString<Unit, Storage>>::ToFileUrl() -> Str& {
   using Unique = ICStringUniqueT<Unit>;
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   CutLeadingBlanks(self);
   const Unit* text = self.GetText();
   const int32_t length = self.GetLength();
@@ -94,7 +99,7 @@ auto ICStringFileUrlMembers<BasicICString<Unit, Storage>>::PathToFileUrl(const U
 
 template <class Unit, class Storage>
 auto ICStringFileUrlMembers<BasicICString<Unit, Storage>>::ToFilePath() -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   CutLeadingBlanks(self);
   const Unit* text = self.GetText();
   if (self.GetLength() < 5 || !StartsWithFileScheme(text, false)) return self;

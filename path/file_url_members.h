@@ -7,6 +7,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -14,8 +15,9 @@ template <class Str>
 class ICStringFileUrlMembers;
 
 template <class Unit, class Storage>
-class ICStringFileUrlMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringFileUrlMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringFileUrlMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringFileUrlMembers);
 
  public:
   /// In place: turns the path into a URL. Blanks at the front go (not at the end); an empty

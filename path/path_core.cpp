@@ -5,16 +5,11 @@
 
 #include <ic/path/internal/code_set.h>
 #include <ic/path/path_constants.h>
-#include <ic/string/utf8.h>
 #include <ic/string/internal/positions.h>
+#include <ic/string/utf8.h>
 
 namespace ic::internal {
 namespace {
-
-template <class Unit>
-bool IsBlankUnit(Unit unit) noexcept {
-  return unit == Unit(' ') || unit == Unit('\t') || unit == Unit('\r') || unit == Unit('\n');
-}
 
 // Start of the code point that ends at `end` (narrow: back over continuation bytes, not before
 // `begin`; wide: one unit).
@@ -271,21 +266,6 @@ bool EqualIgnoringCharsText(const Unit* first, const Unit* second, const Unit* i
 }
 
 template <class Unit>
-int32_t LengthWithoutTrailingBlanks(const Unit* text, int32_t length) noexcept {
-  while (length > 0 && IsBlankUnit(text[length - 1]))
-    --length;
-  return length;
-}
-
-template <class Unit>
-int32_t LeadingBlankCount(const Unit* text, int32_t length) noexcept {
-  int32_t i = 0;
-  while (i < length && IsBlankUnit(text[i]))
-    ++i;
-  return i;
-}
-
-template <class Unit>
 bool ContainsUnit(const Unit* text, int32_t length, Unit unit) noexcept {
   return std::char_traits<Unit>::find(text, static_cast<size_t>(length), unit) != nullptr;
 }
@@ -309,8 +289,6 @@ int32_t FindUnits(const Unit* text, int32_t length, const Unit* needle) noexcept
   template bool IsValidFileNameText(const Unit*);                                       \
   template int32_t NormalizePathText(Unit*, bool, bool) noexcept;                       \
   template bool EqualIgnoringCharsText(const Unit*, const Unit*, const Unit*) noexcept; \
-  template int32_t LengthWithoutTrailingBlanks(const Unit*, int32_t) noexcept;          \
-  template int32_t LeadingBlankCount(const Unit*, int32_t) noexcept;                    \
   template bool ContainsUnit(const Unit*, int32_t, Unit) noexcept;                      \
   template int32_t FindUnits(const Unit*, int32_t, const Unit*) noexcept;
 

@@ -3,7 +3,9 @@
 #include <ic/path/internal/path_core.h>
 #include <ic/path/path_scheme_handler.h>
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/string/write_steps.h>
+#include <ic/text/internal/trim_core.h>
 
 namespace ic {
 namespace {
@@ -28,13 +30,15 @@ void NormalizeText(Str& self, bool removeDots, bool removeDotDots) {
   const int32_t length = self.GetLength();
   if (length == 0) return;
   if (internal::IsWritableInPlace(self)) {
-    const int32_t n = internal::NormalizePathText(self._GetBuffer(), removeDots, removeDotDots);
+    const int32_t n = internal::NormalizePathText(internal::StringAccess::_GetBuffer(self),
+                                                  removeDots, removeDotDots);
     if (n < length) self.KeepLeft(n);  // the text is cut already; this stores the length
     return;
   }
   // Text that others hold is normalised in a copy, which is taken only when something changed.
   ICStringUniqueT<Unit> copy(self.GetText(), length);
-  const int32_t n = internal::NormalizePathText(copy._GetBuffer(), removeDots, removeDotDots);
+  const int32_t n = internal::NormalizePathText(internal::StringAccess::_GetBuffer(copy),
+                                                removeDots, removeDotDots);
   if (n < length) self.Assign(copy.GetText(), n);
 }
 
@@ -42,8 +46,12 @@ void NormalizeText(Str& self, bool removeDots, bool removeDotDots) {
 
 template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::AddTrailingSeparator() -> Str& {
-  Str& self = static_cast<Str&>(*this);
-  const int32_t length = internal::LengthWithoutTrailingBlanks(self.GetText(), self.GetLength());
+  Str& self = Self();
+  const Unit* text = self.GetText();
+  const int32_t length =
+      static_cast<int32_t>(internal::TrimEndInSet(text, text + self.GetLength(),
+                                                  internal::TrimSet<Unit>::DefaultBlanks()) -
+                           text);
   self.KeepLeft(length);
   if (length == 0 || IsPathSeparator(self.GetText()[length - 1])) return self;
   const bool backslash = internal::ContainsUnit(self.GetText(), length, Unit('\\'));
@@ -53,7 +61,7 @@ auto ICStringPathMembers<BasicICString<Unit, Storage>>::AddTrailingSeparator() -
 
 template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::WithTrailingSeparator() const -> Str {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   Str copy(self.GetText(), self.GetLength());
   copy.AddTrailingSeparator();
   return copy;
@@ -62,7 +70,7 @@ auto ICStringPathMembers<BasicICString<Unit, Storage>>::WithTrailingSeparator() 
 template <class Unit, class Storage>
 const Unit* ICStringPathMembers<BasicICString<Unit, Storage>>::FindLastSeparator(
     bool afterSeparator) const noexcept {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   const int32_t i = internal::FindLastSeparatorIndex(self.GetText(), self.GetLength());
   if (i < 0) return nullptr;
   return self.GetText() + i + (afterSeparator ? 1 : 0);
@@ -71,7 +79,7 @@ const Unit* ICStringPathMembers<BasicICString<Unit, Storage>>::FindLastSeparator
 template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::GetDirectoryPart(bool keepSeparator) const
     -> Str {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   const int32_t i = internal::FindLastSeparatorIndex(self.GetText(), self.GetLength());
   return i < 0 ? Str() : Prefix(self, i + (keepSeparator ? 1 : 0));
 }
@@ -79,20 +87,20 @@ auto ICStringPathMembers<BasicICString<Unit, Storage>>::GetDirectoryPart(bool ke
 template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::RemoveFileNamePart(bool keepSeparator)
     -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const int32_t i = internal::FindLastSeparatorIndex(self.GetText(), self.GetLength());
   return self.KeepLeft(i < 0 ? 0 : i + (keepSeparator ? 1 : 0));
 }
 
 template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::GetFileNamePart() const -> Str {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   return Tail(self, internal::FindLastSeparatorIndex(self.GetText(), self.GetLength()) + 1);
 }
 
 template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::RemoveDirectoryPart() -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const int32_t i = internal::FindLastSeparatorIndex(self.GetText(), self.GetLength());
   return i < 0 ? self : self.KeepFrom(i + 1);
 }
@@ -101,21 +109,21 @@ template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::GetAncestorPath(bool keepSeparator,
                                                                         int32_t levels) const
     -> Str {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   const int32_t i = internal::FindAncestorSeparator(self.GetText(), self.GetLength(), levels);
   return i < 0 ? Str() : Prefix(self, i + (keepSeparator ? 1 : 0));
 }
 
 template <class Unit, class Storage>
 const Unit* ICStringPathMembers<BasicICString<Unit, Storage>>::FindExtensionDot() const noexcept {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   const int32_t i = internal::FindExtensionDotIndex(self.GetText(), self.GetLength());
   return i < 0 ? nullptr : self.GetText() + i;
 }
 
 template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::GetExtension(bool lowerCase) const -> Str {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   Str result;
   bool fromHandler = false;
   if (PathSchemeHandlerT<Unit>* handler = GetPathSchemeHandler<Unit>()) {
@@ -138,21 +146,21 @@ auto ICStringPathMembers<BasicICString<Unit, Storage>>::GetExtension(bool lowerC
 
 template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::GetWithoutExtension() const -> Str {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   const int32_t i = internal::FindExtensionDotIndex(self.GetText(), self.GetLength());
   return i < 0 ? Str(self.GetText(), self.GetLength()) : Prefix(self, i);
 }
 
 template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::RemoveExtension() -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const int32_t i = internal::FindExtensionDotIndex(self.GetText(), self.GetLength());
   return i < 0 ? self : self.KeepLeft(i);
 }
 
 template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::RemoveRootPrefix() -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const int32_t n = internal::RootPrefixLength(self.GetText(), self.GetLength());
   return n == 0 ? self : self.KeepFrom(n);
 }
@@ -170,7 +178,7 @@ bool ICStringPathMembers<BasicICString<Unit, Storage>>::IsValidFileName(const Un
 
 template <class Unit, class Storage>
 bool ICStringPathMembers<BasicICString<Unit, Storage>>::IsValidFileName() const {
-  return internal::IsValidFileNameText(static_cast<const Str&>(*this).GetText());
+  return internal::IsValidFileNameText(Self().GetText());
 }
 
 template <class Unit, class Storage>
@@ -182,14 +190,14 @@ int32_t ICStringPathMembers<BasicICString<Unit, Storage>>::NormalizePath(
 template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::Normalize(bool removeDots,
                                                                   bool removeDotDots) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   NormalizeText(self, removeDots, removeDotDots);
   return self;
 }
 
 template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::NormalizeAbsolute() -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const Unit* text = self.GetText();
   const int32_t length = self.GetLength();
   if (length > 0 && !internal::ContainsUnit(text, length, Unit(':')) && !IsPathSeparator(text[0]))
@@ -200,7 +208,7 @@ auto ICStringPathMembers<BasicICString<Unit, Storage>>::NormalizeAbsolute() -> S
 
 template <class Unit, class Storage>
 auto ICStringPathMembers<BasicICString<Unit, Storage>>::ToPathCompareForm(bool normalize) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   self.MakeLower(!normalize);
   if constexpr (sizeof(Unit) == 1)
     self.Replace(U'\\', U'/');
@@ -226,7 +234,7 @@ bool ICStringPathMembers<BasicICString<Unit, Storage>>::PathsEqual(const Unit* f
 template <class Unit, class Storage>
 bool ICStringPathMembers<BasicICString<Unit, Storage>>::EqualIgnoringChars(
     const Unit* other, const Unit* ignored) const noexcept {
-  return internal::EqualIgnoringCharsText(static_cast<const Str&>(*this).GetText(), other, ignored);
+  return internal::EqualIgnoringCharsText(Self().GetText(), other, ignored);
 }
 
 IC_INSTANTIATE_STRING_MIXIN(ICStringPathMembers)

@@ -17,6 +17,7 @@
 #include <ic/path/path_constants.h>
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -24,8 +25,9 @@ template <class Str>
 class ICStringPathMembers;
 
 template <class Unit, class Storage>
-class ICStringPathMembers<BasicICString<Unit, Storage>> : public ICStringTextConstants<Unit> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringPathMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringPathMembers, Unit, Storage>, public ICStringTextConstants<Unit> {
+  IC_STRING_MIXIN_NAMES(ICStringPathMembers);
 
  public:
   /// In place: cuts blanks (space, tab, CR, LF) from the right end, then appends a separator

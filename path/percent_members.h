@@ -11,6 +11,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -28,8 +29,9 @@ template <class Str>
 class ICStringPercentMembers;
 
 template <class Unit, class Storage>
-class ICStringPercentMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringPercentMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringPercentMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringPercentMembers);
 
  public:
   /// Replaces the text by its escaped form: each byte to escape becomes '%' and two upper-case

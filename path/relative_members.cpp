@@ -114,8 +114,7 @@ auto ICStringRelativeMembers<BasicICString<Unit, Storage>>::MakeRelativeTo(
     const Unit* base, const Unit* fallbackDirectory, bool allowParentSteps,
     bool pathIsDirectory) const -> Str {
   Str result;
-  MakeRelative(result, static_cast<const Str&>(*this), base, fallbackDirectory, allowParentSteps,
-               pathIsDirectory);
+  MakeRelative(result, Self(), base, fallbackDirectory, allowParentSteps, pathIsDirectory);
   return result;
 }
 
@@ -123,7 +122,7 @@ template <class Unit, class Storage>
 auto ICStringRelativeMembers<BasicICString<Unit, Storage>>::MakeRelativeToInPlace(
     const Unit* base, const Unit* fallbackDirectory, bool allowParentSteps, bool pathIsDirectory)
     -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   MakeRelative(self, self, base, fallbackDirectory, allowParentSteps, pathIsDirectory);
   return self;
 }

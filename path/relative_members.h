@@ -9,6 +9,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -16,8 +17,9 @@ template <class Str>
 class ICStringRelativeMembers;
 
 template <class Unit, class Storage>
-class ICStringRelativeMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringRelativeMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringRelativeMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringRelativeMembers);
 
  public:
   /// Writes `path` made relative to the directory of `base` into `out` (which may be `path`).

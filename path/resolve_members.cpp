@@ -94,15 +94,14 @@ template <class Unit, class Storage>
 auto ICStringResolveMembers<BasicICString<Unit, Storage>>::ResolveAgainst(
     const Unit* base, const Unit* fallbackBase, bool removeDots, bool removeDotDots) const -> Str {
   Str result;
-  ResolveRelative(result, static_cast<const Str&>(*this).GetText(), base, fallbackBase, removeDots,
-                  removeDotDots);
+  ResolveRelative(result, Self().GetText(), base, fallbackBase, removeDots, removeDotDots);
   return result;
 }
 
 template <class Unit, class Storage>
 auto ICStringResolveMembers<BasicICString<Unit, Storage>>::ResolveAgainstInPlace(
     const Unit* base, const Unit* fallbackBase, bool removeDots, bool removeDotDots) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   ResolveRelative(self, self.GetText(), base, fallbackBase, removeDots, removeDotDots);
   return self;
 }

@@ -8,6 +8,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -15,8 +16,9 @@ template <class Str>
 class ICStringResolveMembers;
 
 template <class Unit, class Storage>
-class ICStringResolveMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringResolveMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringResolveMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringResolveMembers);
 
  public:
   /// Writes `reference` resolved against `base` into `out` (which may hold the reference

@@ -11,13 +11,13 @@ namespace {
 // The output of the walk: units up to count - 1, then only counted.
 class Output {
  public:
-  Output(char16_t* buffer, size_t count) : buffer_(buffer), room_(count - 1) {}
+  Output(char16_t* buffer, size_t count) : _buffer(buffer), room_(count - 1) {}
 
   void Put(char16_t unit) noexcept {
-    if (written_ < room_)
-      buffer_[written_++] = unit;
+    if (_written < room_)
+      _buffer[_written++] = unit;
     else
-      overflow_ = true;
+      _overflow = true;
   }
   void Repeat(char16_t unit, long n) noexcept {
     for (; n > 0; --n)
@@ -48,18 +48,18 @@ class Output {
   }
   int Finish(bool refused) noexcept {
     if (refused) {
-      buffer_[0] = 0;
+      _buffer[0] = 0;
       return -1;
     }
-    buffer_[written_] = 0;
-    return overflow_ ? -1 : static_cast<int>(written_);
+    _buffer[_written] = 0;
+    return _overflow ? -1 : static_cast<int>(_written);
   }
 
  private:
-  char16_t* buffer_;
+  char16_t* _buffer;
   size_t room_;
-  size_t written_ = 0;
-  bool overflow_ = false;
+  size_t _written = 0;
+  bool _overflow = false;
 };
 
 enum class Length { None, hh, h, l, ll, L, j, z, t, w };

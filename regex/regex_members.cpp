@@ -8,7 +8,7 @@ namespace ic {
 template <class Unit, class Storage>
 auto ICStringRegexMembers<BasicICString<Unit, Storage>>::RegexSearch(
     const Unit* pattern, int32_t start, bool lengthInUnits, RegexMask& mask) const -> const Unit* {
-  const auto& self = static_cast<const Str&>(*this);
+  const auto& self = Self();
   return internal::RegexSearchUnits(self.GetText(), self.GetLength(), pattern, start, lengthInUnits,
                                     &mask);
 }
@@ -18,7 +18,7 @@ auto ICStringRegexMembers<BasicICString<Unit, Storage>>::RegexSearch(const Unit*
                                                                      int32_t start,
                                                                      bool lengthInUnits) const
     -> const Unit* {
-  const auto& self = static_cast<const Str&>(*this);
+  const auto& self = Self();
   return internal::RegexSearchUnits<Unit>(self.GetText(), self.GetLength(), pattern, start,
                                           lengthInUnits, nullptr);
 }
@@ -28,7 +28,7 @@ int32_t ICStringRegexMembers<BasicICString<Unit, Storage>>::RegexFind(const Unit
                                                                       int32_t start,
                                                                       bool lengthInUnits,
                                                                       RegexMask& mask) const {
-  const auto& self = static_cast<const Str&>(*this);
+  const auto& self = Self();
   return internal::RegexIndexOf(self.GetText(), RegexSearch(pattern, start, lengthInUnits, mask),
                                 lengthInUnits);
 }
@@ -37,7 +37,7 @@ template <class Unit, class Storage>
 int32_t ICStringRegexMembers<BasicICString<Unit, Storage>>::RegexFind(const Unit* pattern,
                                                                       int32_t start,
                                                                       bool lengthInUnits) const {
-  const auto& self = static_cast<const Str&>(*this);
+  const auto& self = Self();
   return internal::RegexIndexOf(self.GetText(), RegexSearch(pattern, start, lengthInUnits),
                                 lengthInUnits);
 }
@@ -45,13 +45,13 @@ int32_t ICStringRegexMembers<BasicICString<Unit, Storage>>::RegexFind(const Unit
 template <class Unit, class Storage>
 bool ICStringRegexMembers<BasicICString<Unit, Storage>>::RegexMatches(const Unit* pattern,
                                                                       RegexMask& mask) const {
-  const auto& self = static_cast<const Str&>(*this);
+  const auto& self = Self();
   return internal::RegexMatchesUnits(self.GetText(), self.GetLength(), pattern, &mask);
 }
 
 template <class Unit, class Storage>
 bool ICStringRegexMembers<BasicICString<Unit, Storage>>::RegexMatches(const Unit* pattern) const {
-  const auto& self = static_cast<const Str&>(*this);
+  const auto& self = Self();
   return internal::RegexMatchesUnits<Unit>(self.GetText(), self.GetLength(), pattern, nullptr);
 }
 

@@ -20,6 +20,7 @@
 #include <ic/platform/export.h>
 #include <ic/regex/regex_mask.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -27,8 +28,9 @@ template <class Str>
 class ICStringRegexMembers;
 
 template <class Unit, class Storage>
-class ICStringRegexMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringRegexMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringRegexMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringRegexMembers);
 
  public:
   /// The mask type of this width.

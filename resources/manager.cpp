@@ -4,6 +4,7 @@
 #include <ic/platform/wide_runtime.h>
 #include <ic/resources/internal/map_room.h>
 #include <ic/string/header.h>
+#include <ic/string/internal/string_access.h>
 
 namespace ic::resources {
 
@@ -14,7 +15,7 @@ namespace {
 // capacity plus one as the buffer size. On the empty data this marks the shared empty block,
 // which GetLength turns back into 0.
 void LowerCaseInPlace(ICStringUniqueW& text) {
-  char16_t* buffer = text._GetBuffer();
+  char16_t* buffer = ic::internal::StringAccess::_GetBuffer(text);
   ic::internal::SetLengthWord(buffer, UnknownLength);
   platform::_wcslwr_s(buffer, static_cast<size_t>(text.GetCapacity()) + 1);
 }

@@ -7,9 +7,8 @@
 int main() {
   ic::ICStringShared first("shared text");
   ic::ICStringShared second = first;  // one block, two owners
-  std::printf("shared: \"%s\" and \"%s\", same block: %s, further owners: %u\n", first.GetText(),
-              second.GetText(), first.GetText() == second.GetText() ? "yes" : "no",
-              first._GetShareWord());
+  std::printf("shared: \"%s\" and \"%s\", same block: %s\n", first.GetText(), second.GetText(),
+              first.GetText() == second.GetText() ? "yes" : "no");
 
   const char* foreign = "a tail that nobody copied";
   ic::ICStringView view(foreign + 2);

@@ -3,6 +3,7 @@
 #include <ic/string/builder.h>
 #include <ic/string/chain.h>
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/string/utf8.h>
 #include <ic/string/write_steps.h>
 
@@ -19,13 +20,13 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(const Unit* tex
   const Unit* const oldText = self.GetText();
   const bool own = internal::PointsInto(text, oldText, oldLength);
   const ptrdiff_t offset = text - oldText;
-  self._PrepareGrow(oldLength + length);
-  Unit* const buffer = self._GetBuffer();
+  internal::StringAccess::_PrepareGrow(self, oldLength + length);
+  Unit* const buffer = internal::StringAccess::_GetBuffer(self);
   if (own)
     std::memmove(buffer + oldLength, buffer + offset, static_cast<size_t>(length) * sizeof(Unit));
   else
     CopyUnits(buffer + oldLength, text, static_cast<size_t>(length));
-  self._SetStringEnd(oldLength + length);
+  internal::StringAccess::_SetStringEnd(self, oldLength + length);
   return self;
 }
 
@@ -43,10 +44,10 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(char ch) -> Str
   if constexpr (IsNarrow) {
     if (byte >= 0x80) {
       const int32_t oldLength = self.GetLength();
-      self._PrepareGrow(oldLength + 2);
-      char* cursor = self._GetBuffer() + oldLength;
+      internal::StringAccess::_PrepareGrow(self, oldLength + 2);
+      char* cursor = internal::StringAccess::_GetBuffer(self) + oldLength;
       EncodeCodePoint(cursor, byte);
-      self._SetStringEnd(oldLength + 2);
+      internal::StringAccess::_SetStringEnd(self, oldLength + 2);
       return self;
     }
   }
@@ -68,10 +69,10 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(char32_t codePo
   if (codePoint == 0) return self;
   const int32_t oldLength = self.GetLength();
   const int32_t newLength = oldLength + GetUTF8CodePointSize(codePoint);
-  self._PrepareGrow(newLength);
-  char* cursor = self._GetBuffer() + oldLength;
+  internal::StringAccess::_PrepareGrow(self, newLength);
+  char* cursor = internal::StringAccess::_GetBuffer(self) + oldLength;
   EncodeCodePoint(cursor, codePoint);  // a refused value still raises the length: callers check
-  self._SetStringEnd(newLength);
+  internal::StringAccess::_SetStringEnd(self, newLength);
   return self;
 }
 
@@ -80,14 +81,14 @@ void ICStringAppendMembers<BasicICString<Unit, Storage>>::_AppendChainCore(
     const internal::PieceRun<Unit>* run, int32_t length, const Unit* written) {
   Str& self = Self();
   const int32_t oldLength = self.GetLength();
-  self._PrepareGrow(oldLength + length);
-  if (self._IsEmptyData()) return;  // nothing added to nothing
-  Unit* const at = self._GetBuffer() + oldLength;
+  internal::StringAccess::_PrepareGrow(self, oldLength + length);
+  if (internal::StringAccess::_IsEmptyData(self)) return;  // nothing added to nothing
+  Unit* const at = internal::StringAccess::_GetBuffer(self) + oldLength;
   if (written != nullptr)
     CopyUnits(at, written, static_cast<size_t>(length) + 1);
   else
     internal::WritePieceRun(at, *run);
-  self._SetStoredLength(oldLength + length);
+  internal::StringAccess::_SetStoredLength(self, oldLength + length);
 }
 
 template <class Unit, class Storage>
@@ -96,7 +97,7 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Append(const ICStringC
   Str& self = Self();
   internal::PieceRun<Unit> run;
   int32_t length;
-  const Unit* written = chain._ReadForWrite(&self, run, length);
+  const Unit* written = internal::StringAccess::_ReadForWrite(chain, &self, run, length);
   _AppendChainCore(&run, length, written);
   return self;
 }
@@ -125,8 +126,9 @@ void ICStringAppendMembers<BasicICString<Unit, Storage>>::PutAtCursor(const Unit
   const Unit* const oldText = self.GetText();
   const bool own = length > 0 && internal::PointsInto(text, oldText, self.GetCapacity());
   const ptrdiff_t offset = text - oldText;
-  internal::PrepareRoomKeep(self, needed, internal::GrowthCapacity(needed, reserveHint));
-  Unit* const buffer = self._GetBuffer();
+  internal::StringAccess::PrepareRoomKeep(self, needed,
+                                          internal::GrowthCapacity(needed, reserveHint));
+  Unit* const buffer = internal::StringAccess::_GetBuffer(self);
   if (own)
     std::memmove(buffer + at, buffer + offset, static_cast<size_t>(length) * sizeof(Unit));
   else
@@ -173,7 +175,7 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Join(const UniqueStr* 
   Str& self = Self();
   const Unit* const sep = separator ? separator : EmptyText<Unit>();
   const int32_t sepLength = internal::MeasureText(sep);
-  self._Clear();
+  internal::StringAccess::_Clear(self);
   ICStringBuilder<Str> builder{&self, self.GetLength(), 0, false};
   const int32_t start = builder.Count;
   for (size_t i = 0; i < count; ++i) {
@@ -181,7 +183,7 @@ auto ICStringAppendMembers<BasicICString<Unit, Storage>>::Join(const UniqueStr* 
     builder.Add(elements[i]);
   }
   // One exact reservation between the passes; the writing pass then never grows.
-  if (builder.Count > self.GetCapacity()) self._PrepareGrow(builder.Count);
+  if (builder.Count > self.GetCapacity()) internal::StringAccess::_PrepareGrow(self, builder.Count);
   builder.Count = start;
   builder.Writing = true;
   for (size_t i = 0; i < count; ++i) {

@@ -133,6 +133,10 @@ class ICStringAppendMembers<BasicICString<Unit, Storage>>
   { return Join(std::data(elements), std::size(elements), separator); }
   /// @}
 
+ private:
+  friend struct internal::StringAccess;
+  friend struct test::LayerAccess;
+
   /// The core of chain and piece appending: room for the old length plus `length`, keeping the
   /// old text, then either `written` copied with its terminator or the run's pieces written behind
   /// the old text; the length is stored.

@@ -3,6 +3,7 @@
 #include <ic/string/chain.h>
 #include <ic/string/ic_string.h>
 #include <ic/string/internal/positions.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/string/utf8.h>
 
 namespace ic {
@@ -19,9 +20,9 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* beg
     -> Str& {
   Str& self = Self();
   if (begin != nullptr && end != nullptr && begin <= end)
-    self._AssignText(begin, static_cast<int32_t>(end - begin));
+    internal::StringAccess::_AssignText(self, begin, static_cast<int32_t>(end - begin));
   else
-    self._Clear();
+    internal::StringAccess::_Clear(self);
   return self;
 }
 
@@ -30,7 +31,7 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* tex
                                                                  bool lengthInUnits) -> Str& {
   Str& self = Self();
   if (length < 1) {
-    self._Clear();
+    internal::StringAccess::_Clear(self);
     return self;
   }
   if (text == nullptr) {
@@ -39,10 +40,10 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* tex
   } else {
     length = internal::UnitOffsetOf(text, length, lengthInUnits);
   }
-  self._PrepareReplace(length);
+  internal::StringAccess::_PrepareReplace(self, length);
   if (length > 0) {
-    CopyUnits(self._GetBuffer(), text, static_cast<size_t>(length));
-    self._SetStringEnd(length);
+    CopyUnits(internal::StringAccess::_GetBuffer(self), text, static_cast<size_t>(length));
+    internal::StringAccess::_SetStringEnd(self, length);
   }
   return self;
 }
@@ -52,15 +53,15 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const Unit* tex
     -> Str& {
   Str& self = Self();
   if (text == nullptr) {
-    self._Clear();
+    internal::StringAccess::_Clear(self);
   } else if (length < 0) {
     self = text;  // measured; a view views the text
   } else if (length == 0) {
-    self._Clear();
+    internal::StringAccess::_Clear(self);
   } else {
-    self._PrepareReplace(length);
-    CopyUnits(self._GetBuffer(), text, static_cast<size_t>(length));
-    self._SetStringEnd(length);
+    internal::StringAccess::_PrepareReplace(self, length);
+    CopyUnits(internal::StringAccess::_GetBuffer(self), text, static_cast<size_t>(length));
+    internal::StringAccess::_SetStringEnd(self, length);
   }
   return self;
 }
@@ -89,15 +90,15 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(char ch) -> Str
   const unsigned char byte = static_cast<unsigned char>(ch);
   if constexpr (IsNarrow) {
     if (byte >= 0x80) {
-      self._PrepareReplace(2);
+      internal::StringAccess::_PrepareReplace(self, 2);
       self._SetCodePoint(byte);
       return self;
     }
   }
-  self._PrepareReplace(1);
-  Unit* text = self._GetBuffer();
+  internal::StringAccess::_PrepareReplace(self, 1);
+  Unit* text = internal::StringAccess::_GetBuffer(self);
   text[0] = static_cast<Unit>(byte);
-  self._SetStringEnd(byte != 0 ? 1 : 0);
+  internal::StringAccess::_SetStringEnd(self, byte != 0 ? 1 : 0);
   return self;
 }
 
@@ -105,10 +106,10 @@ template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(char16_t unit)
     -> Str& requires(IsWide) {
   Str& self = Self();
-  self._PrepareReplace(1);
-  Unit* text = self._GetBuffer();
+  internal::StringAccess::_PrepareReplace(self, 1);
+  Unit* text = internal::StringAccess::_GetBuffer(self);
   text[0] = unit;
-  self._SetStringEnd(unit != 0 ? 1 : 0);
+  internal::StringAccess::_SetStringEnd(self, unit != 0 ? 1 : 0);
   return self;
 }
 
@@ -116,7 +117,7 @@ template <class Unit, class Storage>
 auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(char32_t codePoint)
     -> Str& requires(IsNarrow) {
   Str& self = Self();
-  self._PrepareReplace(GetUTF8CodePointSize(codePoint));
+  internal::StringAccess::_PrepareReplace(self, GetUTF8CodePointSize(codePoint));
   self._SetCodePoint(codePoint);
   return self;
 }
@@ -125,18 +126,18 @@ template <class Unit, class Storage>
 void ICStringAssignMembers<BasicICString<Unit, Storage>>::_SetCodePoint(
     uint32_t codePoint) requires(IsNarrow) {
   Str& self = Self();
-  char* const text = self._GetBuffer();
+  char* const text = internal::StringAccess::_GetBuffer(self);
   if (codePoint == 0) {
     text[0] = 0;
-    self._SetStoredLength(0);
+    internal::StringAccess::_SetStoredLength(self, 0);
     return;
   }
   char* cursor = text;
   if (EncodeCodePoint(cursor, codePoint)) {
     *cursor = 0;
-    self._SetStoredLength(static_cast<int32_t>(cursor - text));
+    internal::StringAccess::_SetStoredLength(self, static_cast<int32_t>(cursor - text));
   } else {
-    self._SetStoredLength(0);
+    internal::StringAccess::_SetStoredLength(self, 0);
   }
 }
 
@@ -144,15 +145,15 @@ template <class Unit, class Storage>
 void ICStringAssignMembers<BasicICString<Unit, Storage>>::_AssignChainCore(
     const internal::PieceRun<Unit>* run, int32_t length, const Unit* written) {
   Str& self = Self();
-  self._PrepareReplace(length);
+  internal::StringAccess::_PrepareReplace(self, length);
   // An empty result on the empty data needs no write: its terminator and length are zero.
-  if (self._IsEmptyData()) return;
-  Unit* const text = self._GetBuffer();
+  if (internal::StringAccess::_IsEmptyData(self)) return;
+  Unit* const text = internal::StringAccess::_GetBuffer(self);
   if (written != nullptr)
     CopyUnits(text, written, static_cast<size_t>(length) + 1);
   else
     internal::WritePieceRun(text, *run);
-  self._SetStoredLength(length);
+  internal::StringAccess::_SetStoredLength(self, length);
 }
 
 template <class Unit, class Storage>
@@ -161,7 +162,7 @@ auto ICStringAssignMembers<BasicICString<Unit, Storage>>::Assign(const ICStringC
   Str& self = Self();
   internal::PieceRun<Unit> run;
   int32_t length;
-  const Unit* written = chain._ReadForWrite(&self, run, length);
+  const Unit* written = internal::StringAccess::_ReadForWrite(chain, &self, run, length);
   _AssignChainCore(&run, length, written);
   return self;
 }

@@ -101,6 +101,10 @@ class ICStringAssignMembers<BasicICString<Unit, Storage>>
   Str& AssignPieces(const Piece* first);
   /// @}
 
+ private:
+  friend struct internal::StringAccess;
+  friend struct test::LayerAccess;
+
   /// Writes a code point as the whole text of a block that has room for it (narrow strings):
   /// zero gives an empty text; otherwise its UTF-8 bytes, a terminator and their count as the
   /// length. A value that EncodeCodePoint refuses gives length 0 and no terminator.

@@ -55,7 +55,9 @@ struct ICStringBuilder {
       // The common step of a long assembly: room is there, so copy, terminate, leave the
       // length unmeasured. The block stays where it is, so a text taken from the target itself
       // is still readable: MoveUnits allows the overlap.
-      Unit* const buffer = target._GetBuffer();
+      // Writable: IsWritableInPlace holds, so the text pointer leads into the target's own
+      // block.
+      Unit* const buffer = const_cast<Unit*>(target.GetText());
       MoveUnits(buffer + count, text, static_cast<size_t>(length));
       buffer[needed] = 0;
       internal::SetLengthWord(buffer, UnknownLength);
@@ -89,6 +91,7 @@ struct ICStringBuilder {
   /// One 16-bit unit (wide strings).
   ICStringBuilder& Add(char16_t unit) requires(std::is_same_v<Unit, char16_t>);
 
+ private:
   /// Add in writing mode when the target must grow or be made writable first.
   void _AddSlow(const Unit* text, int32_t length);
 };

@@ -5,6 +5,7 @@
 #include <ic/number/internal/fixed_float.h>
 #include <ic/number/number_format.h>
 #include <ic/platform/export.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/string/move_units.h>
 #include <ic/string/utf8.h>
 
@@ -72,7 +73,7 @@ inline Unit* WritePiece(Unit* cursor, const ICStringPieceT<Unit>& piece) noexcep
   const int32_t count = piece.Count;
   if (count == 0) return cursor;
   if (piece.Kind == PieceText) {
-    MoveUnits(cursor, piece._TextPointer(), static_cast<size_t>(count));
+    MoveUnits(cursor, internal::StringAccess::_TextPointer(piece), static_cast<size_t>(count));
     return cursor + count;
   }
   return WriteFormattedPiece(cursor, piece);
@@ -129,17 +130,17 @@ char16_t* WriteChain(char16_t* cursor, const ICStringPieceT<char16_t>* first) no
 
 template <class Unit>
 const Unit* ICStringChainT<Unit>::GetChainText() const {
-  if (!Result._IsEmptyData()) return Result.GetText();
+  if (!internal::StringAccess::_IsEmptyData(Result)) return Result.GetText();
   const internal::PieceRun<Unit> run(First);
   const int32_t sum = static_cast<int32_t>(run.Sum);
   if (sum != 0) {
-    if (sum > Result.GetCapacity()) Result._Reserve(sum, 0);
-    internal::WritePieceRun(Result._GetBuffer(), run);
-    Result._SetStoredLength(sum);
+    if (sum > Result.GetCapacity()) internal::StringAccess::_Reserve(Result, sum, 0);
+    internal::WritePieceRun(internal::StringAccess::_GetBuffer(Result), run);
+    internal::StringAccess::_SetStoredLength(Result, sum);
   }
-  if (Result._IsEmptyData()) {
+  if (internal::StringAccess::_IsEmptyData(Result)) {
     // Even a chain of empty pieces ends with a block of its own.
-    Result._Reserve(sizeof(Unit) == 1 ? 4 : 1, 0);
+    internal::StringAccess::_Reserve(Result, sizeof(Unit) == 1 ? 4 : 1, 0);
     Result.ClearText();
   }
   return Result.GetText();

@@ -69,7 +69,7 @@ class ICStringChainT {
 
   /// The length of Result if it has been written, else the sum of the pieces' counts.
   int32_t GetChainLength() const noexcept {
-    if (!Result._IsEmptyData()) return Result.GetLength();
+    if (!IsResultUnwritten()) return Result.GetLength();
     return static_cast<int32_t>(SumPieces(First));
   }
 
@@ -77,12 +77,19 @@ class ICStringChainT {
   /// of empty pieces still gets a block (of room 4 narrow, 1 wide) with an empty text.
   const Unit* GetChainText() const;
 
+ private:
+  friend struct internal::StringAccess;
+  friend struct test::LayerAccess;
+
+  /// True until Result has been written (it holds the empty data).
+  bool IsResultUnwritten() const noexcept { return Result.GetText() == EmptyText<Unit>(); }
+
   /// If a text piece points into the target's block (from its text up to text plus capacity,
   /// both included), writes the whole chain into Result now, so that a write into the target
   /// cannot overwrite a piece before it is read.
   template <class Storage>
   void _GuardChain(const BasicICString<Unit, Storage>* target) const {
-    if (!Result._IsEmptyData()) return;
+    if (!IsResultUnwritten()) return;
     internal::PieceRun<Unit> run(First);
     _GuardRun(target, run);
   }
@@ -94,10 +101,10 @@ class ICStringChainT {
   template <class Storage>
   const Unit* _ReadForWrite(const BasicICString<Unit, Storage>* target,
                             internal::PieceRun<Unit>& run, int32_t& length) const {
-    if (Result._IsEmptyData()) {
+    if (IsResultUnwritten()) {
       run.Gather(First);
       _GuardRun(target, run);
-      if (Result._IsEmptyData()) {
+      if (IsResultUnwritten()) {
         length = static_cast<int32_t>(run.Sum);
         return nullptr;
       }
@@ -106,12 +113,11 @@ class ICStringChainT {
     return Result.GetText();
   }
 
- private:
   template <class Storage>
   void _GuardRun(const BasicICString<Unit, Storage>* target,
                  const internal::PieceRun<Unit>& run) const {
     // Nothing can be overwritten in a target without a block of its own.
-    if (target == nullptr || target->_IsEmptyData()) return;
+    if (target == nullptr || target->GetText() == EmptyText<Unit>()) return;
     if (run.AnyTextWithin(target->GetText(), target->GetCapacity())) Result.AssignPieces(First);
   }
 };

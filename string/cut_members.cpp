@@ -9,6 +9,7 @@
 #include <ic/string/chain.h>
 #include <ic/string/ic_string.h>
 #include <ic/string/internal/positions.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/string/utf8.h>
 #include <ic/string/write_steps.h>
 
@@ -142,14 +143,14 @@ auto ICStringCutMembers<BasicICString<Unit, Storage>>::KeepLeft(int32_t count, b
     -> Str& {
   Str& self = Self();
   if (count <= 0) {
-    self._Clear();
+    internal::StringAccess::_Clear(self);
     return self;
   }
   const int32_t length = self.GetLength();
   const int32_t units = internal::CountUnits(self.GetText(), count, lengthInUnits, length);
   if (units < length) {
-    internal::PrepareInPlace(self);
-    self._SetStringEnd(units);
+    internal::StringAccess::PrepareInPlace(self);
+    internal::StringAccess::_SetStringEnd(self, units);
   }
   return self;
 }
@@ -160,11 +161,11 @@ void ICStringCutMembers<BasicICString<Unit, Storage>>::_RemoveBefore(const Unit*
   const ptrdiff_t offset = from - self.GetText();
   if (offset <= 0) return;
   const int32_t length = self.GetLength();
-  internal::PrepareInPlace(self);
-  Unit* const buffer = self._GetBuffer();
+  internal::StringAccess::PrepareInPlace(self);
+  Unit* const buffer = internal::StringAccess::_GetBuffer(self);
   const int32_t rest = length - static_cast<int32_t>(offset);
   std::memmove(buffer, buffer + offset, (static_cast<size_t>(rest) + 1) * sizeof(Unit));
-  self._SetStoredLength(rest);
+  internal::StringAccess::_SetStoredLength(self, rest);
 }
 
 template <class Unit, class Storage>
@@ -173,7 +174,7 @@ auto ICStringCutMembers<BasicICString<Unit, Storage>>::KeepFrom(int32_t position
   Str& self = Self();
   if (position <= 0) return self;
   if (position > GetCharCount(lengthInUnits)) {
-    self._Clear();
+    internal::StringAccess::_Clear(self);
     return self;
   }
   _RemoveBefore(self.GetText() + _ToUnitsIn(self.GetText(), position, lengthInUnits));
@@ -191,17 +192,17 @@ auto ICStringCutMembers<BasicICString<Unit, Storage>>::KeepRange(int32_t positio
   const int32_t length = self.GetLength();
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
   if (offset >= length) {
-    self._Clear();
+    internal::StringAccess::_Clear(self);
     return self;
   }
   const int32_t units = internal::CountUnits(self.GetText() + offset,
                                              static_cast<int32_t>(std::max<int64_t>(wanted, 0)),
                                              lengthInUnits, length - offset);
   if (offset == 0 && units == length) return self;  // the whole text: nothing to write
-  internal::PrepareInPlace(self);
-  Unit* const buffer = self._GetBuffer();
+  internal::StringAccess::PrepareInPlace(self);
+  Unit* const buffer = internal::StringAccess::_GetBuffer(self);
   std::memmove(buffer, buffer + offset, static_cast<size_t>(units) * sizeof(Unit));
-  self._SetStringEnd(units);
+  internal::StringAccess::_SetStringEnd(self, units);
   return self;
 }
 
@@ -219,15 +220,15 @@ auto ICStringCutMembers<BasicICString<Unit, Storage>>::Remove(int32_t position, 
   const int32_t units = internal::CountUnits(self.GetText() + offset, static_cast<int32_t>(wanted),
                                              lengthInUnits, length - offset);
   if (units == 0) return self;
-  internal::PrepareInPlace(self);
+  internal::StringAccess::PrepareInPlace(self);
   if (offset + units >= length) {
-    self._SetStringEnd(offset);
+    internal::StringAccess::_SetStringEnd(self, offset);
     return self;
   }
-  Unit* const buffer = self._GetBuffer();
+  Unit* const buffer = internal::StringAccess::_GetBuffer(self);
   std::memmove(buffer + offset, buffer + offset + units,
                (static_cast<size_t>(length - offset - units) + 1) * sizeof(Unit));
-  self._SetStoredLength(length - units);
+  internal::StringAccess::_SetStoredLength(self, length - units);
   return self;
 }
 
@@ -237,11 +238,11 @@ template <class Unit, class Storage>
 Unit* ICStringCutMembers<BasicICString<Unit, Storage>>::_OpenGap(int32_t count, int32_t position) {
   Str& self = Self();
   const int32_t length = self.GetLength();
-  self._PrepareGrow(length + count);
-  Unit* const buffer = self._GetBuffer();
+  internal::StringAccess::_PrepareGrow(self, length + count);
+  Unit* const buffer = internal::StringAccess::_GetBuffer(self);
   std::memmove(buffer + position + count, buffer + position,
                (static_cast<size_t>(length - position) + 1) * sizeof(Unit));
-  self._SetStoredLength(length + count);
+  internal::StringAccess::_SetStoredLength(self, length + count);
   return buffer + position;
 }
 
@@ -304,9 +305,9 @@ auto ICStringCutMembers<BasicICString<Unit, Storage>>::SetTail(int32_t position,
   if (length <= offset) return self;
   const int32_t size = text ? internal::MeasureText(text) : 0;
   const int32_t newLength = offset + size;
-  self._PrepareGrow(newLength);
-  CopyUnits(self._GetBuffer() + offset, text, static_cast<size_t>(size));
-  self._SetStringEnd(newLength);
+  internal::StringAccess::_PrepareGrow(self, newLength);
+  CopyUnits(internal::StringAccess::_GetBuffer(self) + offset, text, static_cast<size_t>(size));
+  internal::StringAccess::_SetStringEnd(self, newLength);
   return self;
 }
 
@@ -329,8 +330,8 @@ auto ICStringCutMembers<BasicICString<Unit, Storage>>::PutRepeated(const Unit* v
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
   const int64_t newLength = offset + int64_t{size} * repeatCount;
   if (newLength > EndOfText) throw std::length_error("ICString::PutRepeated too long");
-  self._PrepareGrow(static_cast<int32_t>(newLength));
-  Unit* const at = self._GetBuffer() + offset;
+  internal::StringAccess::_PrepareGrow(self, static_cast<int32_t>(newLength));
+  Unit* const at = internal::StringAccess::_GetBuffer(self) + offset;
   // The first copy, then the written part doubles until the total is reached.
   CopyUnits(at, value, static_cast<size_t>(size));
   int64_t written = size;
@@ -340,7 +341,7 @@ auto ICStringCutMembers<BasicICString<Unit, Storage>>::PutRepeated(const Unit* v
     CopyUnits(at + written, at, static_cast<size_t>(chunk));
     written += chunk;
   }
-  self._SetStringEnd(static_cast<int32_t>(newLength));
+  internal::StringAccess::_SetStringEnd(self, static_cast<int32_t>(newLength));
   return self;
 }
 

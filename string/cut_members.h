@@ -139,9 +139,6 @@ class ICStringCutMembers<BasicICString<Unit, Storage>>
   /// by as much and starts at 0; then a negative count, or a position at or past the end,
   /// changes nothing. A count that reaches the end cuts the text at position.
   Str& Remove(int32_t position, bool lengthInUnits, int32_t count);
-  /// Moves the text from `from` (a pointer into the text) with its terminator to the front and
-  /// stores the new length; nothing unless `from` lies past the start.
-  void _RemoveBefore(const Unit* from);
   /// @}
 
   /// @name Inserting and overwriting
@@ -163,11 +160,6 @@ class ICStringCutMembers<BasicICString<Unit, Storage>>
   /// Inserts one 16-bit unit (wide strings); zero: nothing.
   Str& Insert(char16_t unit, int32_t position, bool lengthInUnits = true) requires(IsWide);
 
-  /// Room for the length plus `count`, keeping the text; the tail from the unit `position` on
-  /// moves up by `count` with its terminator and the new length is stored. Returns the gap,
-  /// whose units are left as they are.
-  Unit* _OpenGap(int32_t count, int32_t position);
-
   /// Replaces the text from `position` on (negative counts as 0) by `text` (null stands for
   /// ""), so that the length becomes position plus its size. Nothing if the length is at or
   /// below position, even for position 0 on an empty string.
@@ -188,6 +180,18 @@ class ICStringCutMembers<BasicICString<Unit, Storage>>
   /// @}
 
  private:
+  friend struct internal::StringAccess;
+  friend struct test::LayerAccess;
+  template <class>
+  friend class ICStringCutMembers;
+
+  /// Moves the text from `from` (a pointer into the text) with its terminator to the front and
+  /// stores the new length; nothing unless `from` lies past the start.
+  void _RemoveBefore(const Unit* from);
+  /// Room for the length plus `count`, keeping the text; the tail from the unit `position` on
+  /// moves up by `count` with its terminator and the new length is stored. Returns the gap,
+  /// whose units are left as they are.
+  Unit* _OpenGap(int32_t count, int32_t position);
   /// The unit offset of a position in `text`: for a narrow text with lengthInUnits false and a
   /// position from 1 to below EndOfText, GetUTF8Offset; otherwise the position itself
   /// (internal::UnitOffsetOf).

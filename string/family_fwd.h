@@ -21,6 +21,16 @@ class ICStringViewStorage;
 template <class Unit>
 class ICStringChainT;
 
+namespace internal {
+/// The library's access to the low-level layer (string/internal/string_access.h).
+struct StringAccess;
+}  // namespace internal
+
+namespace test {
+/// The test suites' access to the low-level layer (tests/string/layer_access.h).
+struct LayerAccess;
+}  // namespace test
+
 }  // namespace ic
 
 /// The one list of the six strings (three shapes in two widths): applies

@@ -213,11 +213,6 @@ class BasicICString : public Storage,
   /// The text of a concatenation (see Assign).
   BasicICString& operator=(const ICStringChainT<Unit>& chain);
 
-  /// Replaces the text by `length` units at `text`. If `text` is the string's own text pointer,
-  /// nothing changes (whatever the length). Otherwise room is made (a view becomes owning
-  /// first, a shared block is left to its other owners), the units are copied and the end set.
-  /// `length` must not be negative; `text` must not point into the string's own block.
-  void _AssignText(const Unit* text, int32_t length);
   /// @}
 
   /// @name Reading
@@ -245,6 +240,20 @@ class BasicICString : public Storage,
  private:
   template <class, class>
   friend class BasicICString;
+  template <class, int>
+  friend class BasicICStringInline;
+  // Mixins whose inline templates write into strings of other shapes.
+  template <class>
+  friend class ICStringAssignMembers;
+  template <class>
+  friend class ICStringCutMembers;
+  friend struct internal::StringAccess;
+  friend struct test::LayerAccess;
+  /// Replaces the text by `length` units at `text`. If `text` is the string's own text pointer,
+  /// nothing changes (whatever the length). Otherwise room is made (a view becomes owning
+  /// first, a shared block is left to its other owners), the units are copied and the end set.
+  /// `length` must not be negative; `text` must not point into the string's own block.
+  void _AssignText(const Unit* text, int32_t length);
 
   template <class OtherStorage>
   bool _CanTakeBlock(const BasicICString<Unit, OtherStorage>& other) const noexcept;

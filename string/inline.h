@@ -70,6 +70,8 @@ class BasicICStringInline : public ICStringUniqueT<Unit> {
     // finds the buffer from there.
     if (reinterpret_cast<const char*>(&_inline) !=
         reinterpret_cast<const char*>(this) + sizeof(Unit*))
+      // The message text is part of the contract of ICStringInline and stays as it stands,
+      // though it names the check rather than a function of the code.
       throw std::logic_error("ICStringInline_TVerifyMemberPlacement failed!");
     _inline.LengthWord = 0;
     _inline.CapacityWord = static_cast<int16_t>(N);

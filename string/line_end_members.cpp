@@ -7,6 +7,7 @@
 #include <ic/string/chain.h>
 #include <ic/string/ic_string.h>
 #include <ic/string/internal/positions.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/string/utf8.h>
 #include <ic/string/write_steps.h>
 
@@ -86,18 +87,18 @@ auto ICStringLineEndMembers<BasicICString<Unit, Storage>>::NormalizeLineEnds(
       // Start at the line end that holds the change (a "\r\n" is rewritten whole).
       if (changing == lf && p > text && p[-1] == cr) --p;
       const ptrdiff_t first = p - text;
-      internal::PrepareInPlace(self);
-      Unit* const buffer = self._GetBuffer();
+      internal::StringAccess::PrepareInPlace(self);
+      Unit* const buffer = internal::StringAccess::_GetBuffer(self);
       Unit* const out =
           WriteNormalized(buffer + first, buffer + first, buffer + sourceLength, lineEnd, 1);
-      self._SetStringEnd(static_cast<int32_t>(out - buffer));
+      internal::StringAccess::_SetStringEnd(self, static_cast<int32_t>(out - buffer));
       return self;
     }
-    self._PrepareGrow(sourceLength);
-    if (self._IsEmptyData()) return self;
-    Unit* const buffer = self._GetBuffer();
+    internal::StringAccess::_PrepareGrow(self, sourceLength);
+    if (internal::StringAccess::_IsEmptyData(self)) return self;
+    Unit* const buffer = internal::StringAccess::_GetBuffer(self);
     Unit* const out = WriteNormalized(buffer, source, source + sourceLength, lineEnd, 1);
-    self._SetStringEnd(static_cast<int32_t>(out - buffer));
+    internal::StringAccess::_SetStringEnd(self, static_cast<int32_t>(out - buffer));
     return self;
   }
 
@@ -105,21 +106,22 @@ auto ICStringLineEndMembers<BasicICString<Unit, Storage>>::NormalizeLineEnds(
     if (lineEnd[0] != cr && lineEnd[1] != lf) return self;
     const int64_t measured = MeasureNormalized(source, source + sourceLength);
     if (measured == sourceLength) {
-      if (!fromSelf) self._AssignText(source, sourceLength);
+      if (!fromSelf) internal::StringAccess::_AssignText(self, source, sourceLength);
       return self;
     }
     const int32_t newLength = static_cast<int32_t>(measured);
     if (!fromSelf) {
-      self._PrepareReplace(newLength);
-      Unit* const buffer = self._GetBuffer();
+      internal::StringAccess::_PrepareReplace(self, newLength);
+      Unit* const buffer = internal::StringAccess::_GetBuffer(self);
       WriteNormalized(buffer, source, source + sourceLength, lineEnd, 2);
-      self._SetStringEnd(newLength);
+      internal::StringAccess::_SetStringEnd(self, newLength);
       return self;
     }
     ICStringUniqueT<Unit> result;
-    result._Reserve(newLength, 0);
-    WriteNormalized(result._GetBuffer(), source, source + sourceLength, lineEnd, 2);
-    result._SetStringEnd(newLength);
+    internal::StringAccess::_Reserve(result, newLength, 0);
+    WriteNormalized(internal::StringAccess::_GetBuffer(result), source, source + sourceLength,
+                    lineEnd, 2);
+    internal::StringAccess::_SetStringEnd(result, newLength);
     self = std::move(result);
     return self;
   }

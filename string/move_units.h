@@ -24,24 +24,26 @@ namespace internal {
 struct Bytes16 {
   uint64_t low, high;
 };
+/// Reads a word from an address of any alignment.
 template <class Word>
-inline Word LoadWord(const unsigned char* p) noexcept {
+inline Word LoadUnaligned(const unsigned char* p) noexcept {
   Word w;
   std::memcpy(&w, p, sizeof w);
   return w;
 }
+/// Writes a word to an address of any alignment.
 template <class Word>
-inline void StoreWord(unsigned char* p, Word w) noexcept {
+inline void StoreUnaligned(unsigned char* p, Word w) noexcept {
   std::memcpy(p, &w, sizeof w);
 }
 /// Moves n bytes from `from` to `to`: the first and last word of the run, which overlap when n
 /// is less than two words, both loaded before either is stored.
 template <class Word>
 inline void MoveEnds(unsigned char* to, const unsigned char* from, size_t n) noexcept {
-  const Word head = LoadWord<Word>(from);
-  const Word tail = LoadWord<Word>(from + n - sizeof(Word));
-  StoreWord(to, head);
-  StoreWord(to + n - sizeof(Word), tail);
+  const Word head = LoadUnaligned<Word>(from);
+  const Word tail = LoadUnaligned<Word>(from + n - sizeof(Word));
+  StoreUnaligned(to, head);
+  StoreUnaligned(to + n - sizeof(Word), tail);
 }
 }  // namespace internal
 

@@ -15,6 +15,7 @@ static_assert(offsetof(NullBlock<char>, Text) == 6 && offsetof(NullBlock<char16_
 
 namespace {
 [[noreturn]] void ReportDirtyNullData() {
+  // The message text is part of the string core's contract: hosts match it as it stands.
   throw std::logic_error("ICString::TNullData has not been zero initialized!");
 }
 }  // namespace

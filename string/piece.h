@@ -11,6 +11,7 @@
 
 #include <ic/number/number_format.h>
 #include <ic/platform/export.h>
+#include <ic/string/family_fwd.h>
 #include <ic/string/range.h>
 
 namespace ic {
@@ -29,6 +30,8 @@ namespace internal {
 /// Units of the float piece's text, by the format "%10.2f"; at least 10.
 IC_API int32_t MeasureFloatPiece(float value, char) noexcept;
 IC_API int32_t MeasureFloatPiece(float value, char16_t) noexcept;
+template <class Unit>
+struct PieceRun;
 }  // namespace internal
 
 template <class Unit>
@@ -121,12 +124,14 @@ struct ICStringPieceT {
     return Pointer(static_cast<uint32_t>(reinterpret_cast<uintptr_t>(pointer)));
   }
 
+ private:
+  friend struct internal::StringAccess;
+  friend struct internal::PieceRun<Unit>;
+
   /// The text pointer of a Kind 1 piece.
   const Unit* _TextPointer() const noexcept {
     return reinterpret_cast<const Unit*>(static_cast<uintptr_t>(Value));
   }
-
- private:
   // char_traits::length folds to a constant for literals.
   static int32_t _Measure(const Unit* text) noexcept {
     return static_cast<int32_t>(std::char_traits<Unit>::length(text));

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/string/write_steps.h>
 
 namespace ic::internal {
@@ -134,8 +135,8 @@ int32_t ReplaceAllIn(EditTarget<Unit>& target, const Unit* needle, int32_t needl
     // The block must grow anyway: the new text is written once, forward, into a block of
     // exactly the new length, which then replaces the old one (as the growth would have).
     ICStringUniqueT<Unit> result;
-    result._Reserve(static_cast<int32_t>(newLength), 0);
-    Unit* out = result._GetBuffer();
+    internal::StringAccess::_Reserve(result, static_cast<int32_t>(newLength), 0);
+    Unit* out = internal::StringAccess::_GetBuffer(result);
     const Unit* const in = target.Text;
     int64_t read = 0;
     for (size_t i = 0; i < offsets.Size(); ++i) {
@@ -147,7 +148,7 @@ int32_t ReplaceAllIn(EditTarget<Unit>& target, const Unit* needle, int32_t needl
       read = at + needleLength;
     }
     CopyUnits(out, in + read, static_cast<size_t>(length - read) + 1);
-    result._SetStoredLength(static_cast<int32_t>(newLength));
+    internal::StringAccess::_SetStoredLength(result, static_cast<int32_t>(newLength));
     target.Adopt(target.String, result);
     return static_cast<int32_t>(n);
   }

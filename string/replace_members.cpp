@@ -10,6 +10,7 @@
 #include <ic/string/ic_string.h>
 #include <ic/string/internal/positions.h>
 #include <ic/string/internal/replace_core.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/string/utf8.h>
 #include <ic/string/write_steps.h>
 
@@ -56,25 +57,25 @@ auto ICStringReplaceMembers<BasicICString<Unit, Storage>>::ReplaceRange(int32_t 
                                              lengthInUnits, length - offset);
   const int32_t newLength = length - units + size;
   if (size <= units) {
-    internal::PrepareInPlace(self);
-    Unit* const buffer = self._GetBuffer();
+    internal::StringAccess::PrepareInPlace(self);
+    Unit* const buffer = internal::StringAccess::_GetBuffer(self);
     std::memmove(buffer + offset, text, static_cast<size_t>(size) * sizeof(Unit));
     std::memmove(buffer + offset + size, buffer + offset + units,
                  (static_cast<size_t>(length - offset - units) + 1) * sizeof(Unit));
-    self._SetStoredLength(newLength);
+    internal::StringAccess::_SetStoredLength(self, newLength);
     return self;
   }
   // A longer text goes to a new block of exactly the new length, which then replaces this
   // string's block: no part of the text is moved twice.
   ICStringUniqueT<Unit> result;
-  result._Reserve(newLength, 0);
-  Unit* const out = result._GetBuffer();
+  internal::StringAccess::_Reserve(result, newLength, 0);
+  Unit* const out = internal::StringAccess::_GetBuffer(result);
   const Unit* const in = self.GetText();
   CopyUnits(out, in, static_cast<size_t>(offset));
   CopyUnits(out + offset, text, static_cast<size_t>(size));
   CopyUnits(out + offset + size, in + offset + units,
             static_cast<size_t>(length - offset - units) + 1);
-  result._SetStoredLength(newLength);
+  internal::StringAccess::_SetStoredLength(result, newLength);
   self = std::move(result);
   return self;
 }
@@ -108,8 +109,8 @@ int32_t ICStringReplaceMembers<BasicICString<Unit, Storage>>::Replace(
         std::memchr(self.GetText(), static_cast<int>(from), static_cast<size_t>(length));
     if (hit == nullptr) return 0;
     const ptrdiff_t first = static_cast<const char*>(hit) - self.GetText();
-    internal::PrepareInPlace(self);
-    char* const buffer = self._GetBuffer();
+    internal::StringAccess::PrepareInPlace(self);
+    char* const buffer = internal::StringAccess::_GetBuffer(self);
     int32_t count = 0;
     for (int32_t i = static_cast<int32_t>(first); i < length; ++i) {
       if (buffer[i] == static_cast<char>(from)) {
@@ -134,8 +135,8 @@ int32_t ICStringReplaceMembers<BasicICString<Unit, Storage>>::Replace(
   const std::u16string_view view(self.GetText(), static_cast<size_t>(length));
   const size_t first = view.find(from);
   if (first == std::u16string_view::npos) return 0;
-  internal::PrepareInPlace(self);
-  char16_t* const buffer = self._GetBuffer();
+  internal::StringAccess::PrepareInPlace(self);
+  char16_t* const buffer = internal::StringAccess::_GetBuffer(self);
   int32_t count = 0;
   for (int32_t i = static_cast<int32_t>(first); i < length; ++i) {
     if (buffer[i] == from) {
@@ -158,8 +159,8 @@ auto ICStringReplaceMembers<BasicICString<Unit, Storage>>::ReplaceAnyOf(const Un
     const std::u16string_view view(self.GetText(), static_cast<size_t>(length));
     const size_t first = view.find_first_of(members);
     if (first == std::u16string_view::npos) return self;
-    internal::PrepareInPlace(self);
-    char16_t* const buffer = self._GetBuffer();
+    internal::StringAccess::PrepareInPlace(self);
+    char16_t* const buffer = internal::StringAccess::_GetBuffer(self);
     for (int32_t i = static_cast<int32_t>(first); i < length; ++i)
       if (members.find(buffer[i]) != std::u16string_view::npos) buffer[i] = replacement;
     return self;
@@ -187,8 +188,8 @@ auto ICStringReplaceMembers<BasicICString<Unit, Storage>>::ReplaceAnyOf(const Un
       p += size;
     if (p == end) return self;
     const ptrdiff_t first = p - text;
-    internal::PrepareInPlace(self);
-    char* const buffer = self._GetBuffer();
+    internal::StringAccess::PrepareInPlace(self);
+    char* const buffer = internal::StringAccess::_GetBuffer(self);
     char* write = buffer + first;
     const char* read = buffer + first;
     const char* const bufferEnd = buffer + length;
@@ -203,7 +204,7 @@ auto ICStringReplaceMembers<BasicICString<Unit, Storage>>::ReplaceAnyOf(const Un
       }
       read += size;
     }
-    self._SetStringEnd(static_cast<int32_t>(write - buffer));
+    internal::StringAccess::_SetStringEnd(self, static_cast<int32_t>(write - buffer));
     return self;
   }
 }

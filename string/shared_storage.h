@@ -22,7 +22,9 @@ class ICStringSharedStorage : public ICStringStorage<Unit> {
   /// so callers detach first. Nothing happens on the empty data.
   void ClearText() noexcept { this->_ClearBlockText(); }
 
-  /// @name Low-level storage operations, for the library's own layers
+ protected:
+  /// @name Low-level storage operations, reached by the family and, through
+  /// internal::StringAccess, by the library's own layers
   /// @{
   void _SetStoredLength(int32_t length) const noexcept { this->_SetBlockLength(length); }
   /// Writes the terminator at text[length] and stores the length; see ICStringUniqueStorage.
@@ -57,7 +59,6 @@ class ICStringSharedStorage : public ICStringStorage<Unit> {
   }
   /// @}
 
- protected:
   ICStringSharedStorage() noexcept = default;
   ~ICStringSharedStorage() { _LetGo(); }
 

@@ -26,6 +26,7 @@ void ICStringStorage<Unit>::_ClearBlockText() const noexcept {
 template <class Unit>
 void ICStringStorage<Unit>::_SetBlockEnd(int32_t length) const {
   if (_IsEmptyData()) {
+    // The message text is part of the string core's contract: hosts match it as it stands.
     if (length > 0)
       throw std::logic_error("ICString::_SetStringEnd attempt to write to a NULL string!");
     return;
@@ -36,6 +37,7 @@ void ICStringStorage<Unit>::_SetBlockEnd(int32_t length) const {
 
 template <class Unit>
 void ICStringStorage<Unit>::_ReportOutOfMemory() {
+  // The message text is part of the string core's contract: hosts match it as it stands.
   throw std::runtime_error("ICString::_AllocateStorage out of memory!");
 }
 

@@ -20,7 +20,9 @@ class ICStringStorage {
   const Unit* GetText() const noexcept { return _text; }
   operator const Unit*() const noexcept { return _text; }
 
-  /// @name Low-level block access, for the library's own layers
+ protected:
+  /// @name Low-level block access, reached by the family and, through
+  /// internal::StringAccess, by the library's own layers
   /// @{
 
   /// True if the handle holds no block: it points at the empty data of its width.
@@ -102,7 +104,6 @@ class ICStringStorage {
   void _AllocateCopy(const Unit* text, int32_t length);
   /// @}
 
- protected:
   ICStringStorage() noexcept : _text(EmptyText<Unit>()) {}
   explicit ICStringStorage(Unit* text) noexcept : _text(text) {}
 

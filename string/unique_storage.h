@@ -23,7 +23,9 @@ class ICStringUniqueStorage : public ICStringStorage<Unit> {
   /// Makes the length zero and keeps the block. Nothing happens on the empty data.
   void ClearText() noexcept { this->_ClearBlockText(); }
 
-  /// @name Low-level storage operations, for the library's own layers
+ protected:
+  /// @name Low-level storage operations, reached by the family and, through
+  /// internal::StringAccess, by the library's own layers
   /// @{
   void _SetStoredLength(int32_t length) const noexcept { this->_SetBlockLength(length); }
   /// Writes the terminator at text[length] and stores the length. On the empty data a positive
@@ -60,7 +62,6 @@ class ICStringUniqueStorage : public ICStringStorage<Unit> {
   void _Clear() noexcept { ClearText(); }
   /// @}
 
- protected:
   ICStringUniqueStorage() noexcept = default;
   ~ICStringUniqueStorage() {
     if (!this->_IsEmptyData() && !(this->_GetShareWord() & InlineBlock))

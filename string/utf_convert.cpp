@@ -7,6 +7,7 @@
 #include <ic/platform/internal/vector_kernels.h>
 
 #if defined(IC_HAVE_AVX2_KERNELS)
+#include <ic/string/internal/string_access.h>
 #include <ic/string/internal/utf_convert_kernels.h>
 #endif
 
@@ -176,11 +177,11 @@ inline void EncodeUnchecked(const char16_t*& p, unsigned char*& out) noexcept {
 void BuildUTF8(ICStringUnique& result, const char16_t* text, internal::Utf8Measure measure) {
   if (measure.bytes == 0) return;  // the empty data
   const auto size = static_cast<int32_t>(measure.bytes);
-  result._AllocateStorage(static_cast<uint32_t>(size));
+  internal::StringAccess::_AllocateStorage(result, static_cast<uint32_t>(size));
   result.ClearText();
-  char* out = result._GetBuffer();
+  char* out = internal::StringAccess::_GetBuffer(result);
   internal::WriteUTF8(text, measure.end, out, out + size);
-  result._SetStringEnd(size);
+  internal::StringAccess::_SetStringEnd(result, size);
 }
 
 }  // namespace

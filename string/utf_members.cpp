@@ -6,12 +6,14 @@
 
 #include <ic/platform/code_page.h>
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/string/utf_convert.h>
 
 namespace ic {
 namespace {
 
 [[noreturn]] void ThrowConversionFailed() {
+  // The message text is part of the string core's contract: hosts match it as it stands.
   throw std::runtime_error("ICString::ConvertFromUTF8String failed!");
 }
 
@@ -29,38 +31,40 @@ auto ICStringUtfMembers<BasicICString<Unit, Storage>>::ConvertFromUTF8String(con
   if constexpr (!IsWide) {
     // A narrow string holds UTF-8 already: a plain assignment.
     if (text == nullptr || length == 0) {
-      self._Clear();
+      internal::StringAccess::_Clear(self);
     } else if (length < 0) {
       if constexpr (Str::IsView)
         self = text;  // a view of the text
       else
-        self._AssignText(text, internal::MeasureText(text));
+        internal::StringAccess::_AssignText(self, text, internal::MeasureText(text));
     } else {
-      self._PrepareReplace(length);
-      if (self._GetBuffer() != text)
-        CopyUnits(self._GetBuffer(), text, static_cast<size_t>(length));
-      self._SetStringEnd(length);
+      internal::StringAccess::_PrepareReplace(self, length);
+      if (internal::StringAccess::_GetBuffer(self) != text)
+        CopyUnits(internal::StringAccess::_GetBuffer(self), text, static_cast<size_t>(length));
+      internal::StringAccess::_SetStringEnd(self, length);
     }
     return self;
   } else {
     if (text == nullptr || length == 0 || (length < 0 && *text == 0)) {
-      self._Clear();
+      internal::StringAccess::_Clear(self);
       return self;
     }
     if (length < 0) length = internal::MeasureText(text);
-    if constexpr (Str::IsView) self._MakeOwned();
+    if constexpr (Str::IsView) internal::StringAccess::_MakeOwned(self);
 
     // A block of this string's own that may well hold the result gets it directly, with its
     // capacity as the limit: when that succeeds, the text is what measuring, making room (which
     // keeps a block that is large enough) and converting would have given, in one pass. Every
     // UTF-8 byte gives at most one unit and three bytes give at least one, so a capacity below a
     // third of the length cannot hold it and is not tried.
-    if (!self._IsEmptyData() && (!Str::IsShared || self._GetShareWord() == 0)) {
+    if (!internal::StringAccess::_IsEmptyData(self) &&
+        (!Str::IsShared || internal::StringAccess::_GetShareWord(self) == 0)) {
       const int32_t capacity = self.GetCapacity();
       if (int64_t{capacity} * 3 >= length) {
-        const int written = Utf8ToUtf16(text, length, self._GetBuffer(), capacity);
+        const int written =
+            Utf8ToUtf16(text, length, internal::StringAccess::_GetBuffer(self), capacity);
         if (written > 0) {
-          self._SetStringEnd(written);
+          internal::StringAccess::_SetStringEnd(self, written);
           return self;
         }
       }
@@ -68,10 +72,11 @@ auto ICStringUtfMembers<BasicICString<Unit, Storage>>::ConvertFromUTF8String(con
 
     const int needed = Utf8ToUtf16(text, length, nullptr, 0);
     if (needed == 0) ThrowConversionFailed();
-    self._PrepareReplace(needed);
-    if (Utf8ToUtf16(text, length, self._GetBuffer(), self.GetCapacity() + 1) == 0)
+    internal::StringAccess::_PrepareReplace(self, needed);
+    if (Utf8ToUtf16(text, length, internal::StringAccess::_GetBuffer(self),
+                    self.GetCapacity() + 1) == 0)
       ThrowConversionFailed();
-    self._SetStringEnd(needed);
+    internal::StringAccess::_SetStringEnd(self, needed);
     return self;
   }
 }
@@ -104,12 +109,12 @@ auto ICStringUtfMembers<BasicICString<Unit, Storage>>::ConvertToUTF8Units()
   const std::unique_ptr<char[]> bytes(new char[static_cast<size_t>(size)]);
   if (platform::WideCharToMultiByte(platform::CodePageUTF8, 0, text, -1, bytes.get(), size) != size)
     return self;
-  self._PrepareReplace(size);
-  char16_t* const out = self._GetBuffer();
+  internal::StringAccess::_PrepareReplace(self, size);
+  char16_t* const out = internal::StringAccess::_GetBuffer(self);
   int32_t count = 0;
   for (; bytes[count] != 0; ++count)
     out[count] = static_cast<unsigned char>(bytes[count]);
-  self._SetStringEnd(count);
+  internal::StringAccess::_SetStringEnd(self, count);
   return self;
 }
 

@@ -35,10 +35,12 @@ class ICStringViewStorage : public ICStringStorage<Unit> {
   bool OwnsBlock() const noexcept { return _ownsBlock; }
   /// The length of a view that owns no block; negative while not measured, stale otherwise.
   int32_t ViewLength() const noexcept { return _viewLength; }
+
+ protected:
   /// The text pointer leads to the object's own TinyText.
   bool _IsTiny() const noexcept { return this->_text == _tinyText; }
-
-  /// @name Low-level storage operations, for the library's own layers
+  /// @name Low-level storage operations, reached by the family and, through
+  /// internal::StringAccess, by the library's own layers
   /// @{
   void _SetStoredLength(int32_t length) const noexcept;
   void _SetStringEnd(int32_t length);
@@ -66,7 +68,6 @@ class ICStringViewStorage : public ICStringStorage<Unit> {
   }
   /// @}
 
- protected:
   ICStringViewStorage() noexcept = default;
   ~ICStringViewStorage() { _LetGo(); }
 

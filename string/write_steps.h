@@ -1,5 +1,6 @@
-// Write preparations shared by the members of the append and edit mixins, built on the write
-// steps of the shapes (_PrepareGrow and the view's _MakeOwned). Internal to the string sources.
+// Helpers of the writing members shared by the mixins, the builder and the concatenation: the
+// write-in-place test, the builder's growth and the overlap test. The write preparations that
+// need the low-level layer are in string/internal/string_access.h.
 #pragma once
 
 #include <algorithm>
@@ -11,34 +12,16 @@
 
 namespace ic::internal {
 
-/// Makes the block writable in place, keeping its capacity: a view becomes owning, a shared
-/// block that others hold is detached (unique strings have nothing to do).
-template <class Str>
-inline void PrepareInPlace(Str& s) {
-  if constexpr (Str::IsView) s._MakeOwned();
-  s._PrepareGrow(s.GetCapacity());
-}
-
 /// True if the string may be written in place as it stands: a unique string always, a shared
 /// one while no other handle holds its block, a view once it owns its block.
 template <class Str>
 inline bool IsWritableInPlace(const Str& s) {
   if constexpr (Str::IsShared)
-    return s._GetShareWord() == 0;
+    return GetShareWord(s.GetText()) == 0;
   else if constexpr (Str::IsView)
     return s.OwnsBlock();
   else
     return true;
-}
-
-/// Makes the block writable with room for `needed` units, keeping the text; when it has to
-/// grow, it grows to `growTo` (at least `needed`). A shared block grows straight into a block
-/// of its own, without a detach first.
-template <class Str>
-inline void PrepareRoomKeep(Str& s, int32_t needed, int32_t growTo) {
-  if constexpr (Str::IsView) s._MakeOwned();
-  const int32_t capacity = s.GetCapacity();
-  s._PrepareGrow(needed > capacity ? growTo : capacity);
 }
 
 /// The builder's growth: needed plus the hint, or with hint 0 the larger of 1024 and twice

@@ -20,20 +20,20 @@ template <class Unit>
 class LazyWriter {
  public:
   LazyWriter(const Unit* text, int32_t length, const LazyBlock<Unit>& block)
-      : source(text), length_(length), block_(block) {}
+      : source(text), _length(length), _block(block) {}
 
   const Unit* source;
   int32_t written = 0;
 
   void Put(Unit unit) {
-    if (buffer_ == nullptr) {
-      if (written < length_ && source[written] == unit) {
+    if (_buffer == nullptr) {
+      if (written < _length && source[written] == unit) {
         ++written;
         return;
       }
       Take();
     }
-    buffer_[written++] = unit;
+    _buffer[written++] = unit;
   }
   void Put(const Unit* units, int32_t count) {
     for (int32_t i = 0; i < count; ++i)
@@ -53,8 +53,8 @@ class LazyWriter {
   }
   // The new length, or -1 if the text stayed as it was.
   int32_t Finish() {
-    if (buffer_ == nullptr) {
-      if (written == length_) return -1;
+    if (_buffer == nullptr) {
+      if (written == _length) return -1;
       Take();
     }
     return written;
@@ -62,12 +62,12 @@ class LazyWriter {
 
  private:
   void Take() {
-    buffer_ = block_.prepare(block_.owner);
-    source = buffer_;
+    _buffer = _block.prepare(_block.owner);
+    source = _buffer;
   }
-  int32_t length_;
-  const LazyBlock<Unit>& block_;
-  Unit* buffer_ = nullptr;
+  int32_t _length;
+  const LazyBlock<Unit>& _block;
+  Unit* _buffer = nullptr;
 };
 
 // Reads the code at offset r of `text` (bounded by a zero byte and by `length`) and moves r.
@@ -95,9 +95,9 @@ bool SameText(const Unit* a, const Unit* b) noexcept {
 }  // namespace
 
 template <class Unit>
-CodeLookup<Unit>::CodeLookup(const Unit* set) : needle_(set, false) {
-  for (const auto* c = needle_.Codes(); *c != 0; ++c)
-    if (*c < 128) ascii_[*c >> 6] |= uint64_t{1} << (*c & 63);
+CodeLookup<Unit>::CodeLookup(const Unit* set) : _needle(set, false) {
+  for (const auto* c = _needle.Codes(); *c != 0; ++c)
+    if (*c < 128) _ascii[*c >> 6] |= uint64_t{1} << (*c & 63);
 }
 
 template <class Unit>
@@ -106,12 +106,12 @@ RangeSpec<Unit>::RangeSpec(const Unit* spec) {
   const auto* c = codes.Codes();
   for (size_t i = 0; c[i] != 0;) {
     if (c[i + 1] == '.' && c[i + 2] == '.' && c[i + 3] != 0) {
-      if (ranges_.size() / 2 >= 0xFFFFFFF) throw std::length_error("list too long");
-      ranges_.push_back(c[i]);
-      ranges_.push_back(c[i + 3]);
+      if (_ranges.size() / 2 >= 0xFFFFFFF) throw std::length_error("list too long");
+      _ranges.push_back(c[i]);
+      _ranges.push_back(c[i + 3]);
       i += 4;
     } else {
-      singles_.push_back(c[i]);
+      _singles.push_back(c[i]);
       i += 1;
     }
   }
@@ -119,9 +119,9 @@ RangeSpec<Unit>::RangeSpec(const Unit* spec) {
 
 template <class Unit>
 bool RangeSpec<Unit>::Contains(uint32_t code) const noexcept {
-  for (size_t i = 0; i < ranges_.size(); i += 2)
-    if (code >= ranges_[i] && code <= ranges_[i + 1]) return true;
-  for (uint32_t single : singles_)
+  for (size_t i = 0; i < _ranges.size(); i += 2)
+    if (code >= _ranges[i] && code <= _ranges[i + 1]) return true;
+  for (uint32_t single : _singles)
     if (single == code) return true;
   return false;
 }

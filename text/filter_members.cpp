@@ -2,6 +2,7 @@
 
 #include <ic/string/ic_string.h>
 #include <ic/string/internal/positions.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/string/utf8.h>
 #include <ic/string/write_steps.h>
 #include <ic/text/internal/filter_core.h>
@@ -15,8 +16,8 @@ using internal::CodeLookup;
 template <class Str>
 typename Str::UnitType* PrepareBlock(void* owner) {
   Str& self = *static_cast<Str*>(owner);
-  internal::PrepareInPlace(self);
-  return self._GetBuffer();
+  internal::StringAccess::PrepareInPlace(self);
+  return internal::StringAccess::_GetBuffer(self);
 }
 
 template <class Str>
@@ -27,7 +28,7 @@ internal::LazyBlock<typename Str::UnitType> Lazy(Str& self) {
 // Stores the length a core answers (-1: nothing changed).
 template <class Str>
 Str& Finish(Str& self, int32_t newLength) {
-  if (newLength >= 0) self._SetStringEnd(newLength);
+  if (newLength >= 0) internal::StringAccess::_SetStringEnd(self, newLength);
   return self;
 }
 
@@ -58,13 +59,14 @@ Str& TranslateBy(Str& self, const typename Str::UnitType* from, const typename S
       // point.
       const ICStringUniqueT<Unit> copy(self.GetText(), length);
       const int32_t points = self.GetCharCount(false);
-      internal::PrepareRoomKeep(self, points * 4, points * 4);
-      return Finish(self, internal::TranslateInto(copy.GetText(), length, first, self._GetBuffer(),
+      internal::StringAccess::PrepareRoomKeep(self, points * 4, points * 4);
+      return Finish(self, internal::TranslateInto(copy.GetText(), length, first,
+                                                  internal::StringAccess::_GetBuffer(self),
                                                   fromNeedle, toNeedle));
     }
   }
-  internal::PrepareInPlace(self);
-  Unit* const buffer = self._GetBuffer();
+  internal::StringAccess::PrepareInPlace(self);
+  Unit* const buffer = internal::StringAccess::_GetBuffer(self);
   return Finish(self, internal::TranslateInto(buffer, length, first, buffer, fromNeedle, toNeedle));
 }
 
@@ -104,7 +106,7 @@ template <class Unit, class Storage>
 auto ICStringFilterMembers<BasicICString<Unit, Storage>>::Squeeze(const Unit* keepSet,
                                                                   Unit replacement,
                                                                   const Unit* collapseSet) -> Str& {
-  return SqueezeBy(static_cast<Str&>(*this), keepSet, replacement, collapseSet, false);
+  return SqueezeBy(Self(), keepSet, replacement, collapseSet, false);
 }
 
 template <class Unit, class Storage>
@@ -112,12 +114,12 @@ auto ICStringFilterMembers<BasicICString<Unit, Storage>>::SqueezeTrim(const Unit
                                                                       Unit replacement,
                                                                       const Unit* collapseSet)
     -> Str& {
-  return SqueezeBy(static_cast<Str&>(*this), keepSet, replacement, collapseSet, true);
+  return SqueezeBy(Self(), keepSet, replacement, collapseSet, true);
 }
 
 template <class Unit, class Storage>
 auto ICStringFilterMembers<BasicICString<Unit, Storage>>::KeepOnly(const Unit* setSpec) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (setSpec == nullptr || setSpec[0] == 0) return self.KeepLeft(0);
   const internal::RangeSpec<Unit> spec(setSpec);
   return Finish(self, internal::KeepInSpec(self.GetText(), self.GetLength(), Lazy(self), spec));
@@ -125,7 +127,7 @@ auto ICStringFilterMembers<BasicICString<Unit, Storage>>::KeepOnly(const Unit* s
 
 template <class Unit, class Storage>
 auto ICStringFilterMembers<BasicICString<Unit, Storage>>::RemoveAll(const Unit* set) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const CodeLookup<Unit> lookup(set);
   if (lookup.IsEmpty()) return self;
   return Finish(self,
@@ -141,23 +143,23 @@ auto ICStringFilterMembers<BasicICString<Unit, Storage>>::RemoveAll(Code code) -
 template <class Unit, class Storage>
 auto ICStringFilterMembers<BasicICString<Unit, Storage>>::Translate(const Unit* from,
                                                                     const Unit* to) -> Str& {
-  return TranslateBy(static_cast<Str&>(*this), from, to);
+  return TranslateBy(Self(), from, to);
 }
 template <class Unit, class Storage>
 auto ICStringFilterMembers<BasicICString<Unit, Storage>>::Translate(Code from, const Unit* to)
     -> Str& {
   const auto one = internal::MakeCodePointArgument(Unit{}, static_cast<uint32_t>(from));
-  return TranslateBy(static_cast<Str&>(*this), one.Data(), to);
+  return TranslateBy(Self(), one.Data(), to);
 }
 template <class Unit, class Storage>
 auto ICStringFilterMembers<BasicICString<Unit, Storage>>::Translate(const Unit* from, Code to)
     -> Str& {
   const auto one = internal::MakeCodePointArgument(Unit{}, static_cast<uint32_t>(to));
-  return TranslateBy(static_cast<Str&>(*this), from, one.Data());
+  return TranslateBy(Self(), from, one.Data());
 }
 template <class Unit, class Storage>
 auto ICStringFilterMembers<BasicICString<Unit, Storage>>::Translate(Code from, Code to) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   self.Replace(from, to);
   return self;
 }
@@ -165,7 +167,7 @@ auto ICStringFilterMembers<BasicICString<Unit, Storage>>::Translate(Code from, C
 template <class Unit, class Storage>
 auto ICStringFilterMembers<BasicICString<Unit, Storage>>::ExpandDoubleSpaces(
     const Unit* text) noexcept -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const int32_t length = self.GetLength();
   const int32_t count = internal::CountDoubleSpaces(self.GetText(), length);
   if (count == 0) return self;
@@ -173,8 +175,9 @@ auto ICStringFilterMembers<BasicICString<Unit, Storage>>::ExpandDoubleSpaces(
   const int32_t newLength = length + count * (insertLength - 1);
   ICStringUniqueT<Unit> result(newLength, true, false);
   if (newLength > 0) {
-    result._SetStringEnd(internal::ExpandDoubleSpacesInto(result._GetBuffer(), self.GetText(),
-                                                          length, text, insertLength));
+    internal::StringAccess::_SetStringEnd(
+        result, internal::ExpandDoubleSpacesInto(internal::StringAccess::_GetBuffer(result),
+                                                 self.GetText(), length, text, insertLength));
   }
   self = std::move(result);
   return self;
@@ -184,7 +187,7 @@ template <class Unit, class Storage>
 auto ICStringFilterMembers<BasicICString<Unit, Storage>>::RemoveBalanced(const Unit* open,
                                                                          const Unit* close,
                                                                          bool flat) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (open == nullptr || close == nullptr) return self;
   return Finish(self, internal::RemoveBalancedText(self.GetText(), self.GetLength(), Lazy(self),
                                                    open, close, 0, flat));
@@ -194,7 +197,7 @@ template <class Unit, class Storage>
 auto ICStringFilterMembers<BasicICString<Unit, Storage>>::RemoveBalanced(Code open, Code close,
                                                                          Code escape, bool flat)
     -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   const auto opening = internal::MakeCodePointArgument(Unit{}, static_cast<uint32_t>(open));
   const auto closing = internal::MakeCodePointArgument(Unit{}, static_cast<uint32_t>(close));
   return Finish(self, internal::RemoveBalancedText(self.GetText(), self.GetLength(), Lazy(self),
@@ -207,7 +210,7 @@ auto ICStringFilterMembers<BasicICString<Unit, Storage>>::Reverse(int32_t first,
                                                                   bool firstLengthInUnits,
                                                                   int32_t last,
                                                                   bool lastLengthInUnits) -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (firstLengthInUnits != lastLengthInUnits) return self;
   const Unit* const text = self.GetText();
   const int32_t length = self.GetLength();
@@ -217,22 +220,22 @@ auto ICStringFilterMembers<BasicICString<Unit, Storage>>::Reverse(int32_t first,
   last = internal::UnitOffsetOf(text, last, lastLengthInUnits);
   if (last > length) last = length;
   if (first >= last) return self;
-  internal::PrepareInPlace(self);
-  internal::ReverseUnits(self._GetBuffer(), first, last);
+  internal::StringAccess::PrepareInPlace(self);
+  internal::ReverseUnits(internal::StringAccess::_GetBuffer(self), first, last);
   return self;
 }
 
 template <class Unit, class Storage>
 auto ICStringFilterMembers<BasicICString<Unit, Storage>>::Reverse(int32_t count, bool lengthInUnits)
     -> Str& {
-  if (count < 1) return static_cast<Str&>(*this);
+  if (count < 1) return Self();
   return Reverse(0, lengthInUnits, count, lengthInUnits);
 }
 
 template <class Unit, class Storage>
 int32_t ICStringFilterMembers<BasicICString<Unit, Storage>>::CountCode(
     Code code, int32_t position, bool lengthInUnits) const noexcept {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   return CountCodeFrom(self.GetText(), self.GetLength(), static_cast<uint32_t>(code), position,
                        lengthInUnits);
 }

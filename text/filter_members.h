@@ -15,6 +15,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -32,8 +33,9 @@ template <class Str>
 class ICStringFilterMembers;
 
 template <class Unit, class Storage>
-class ICStringFilterMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringFilterMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringFilterMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringFilterMembers);
   using Code = std::conditional_t<sizeof(Unit) == 1, char32_t, char16_t>;
 
  public:

@@ -4,6 +4,7 @@
 
 #include <ic/platform/bounded_format.h>
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/text/internal/line_core.h>
 
 namespace ic {
@@ -18,7 +19,7 @@ const char16_t* FindForeignLineEnd(const char16_t* text, const char16_t* lineEnd
 template <class Unit, class Storage>
 auto ICStringLineMembers<BasicICString<Unit, Storage>>::FirstLineEnd(const Unit* fallback) const
     -> Str {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   const Unit* const text = self.GetText();
   for (const Unit* p = text; *p != 0; ++p) {
     if (*p == Unit('\r')) return p[1] == Unit('\n') ? Str(LineEndCRLF<Unit>) : Str(char('\r'));
@@ -31,7 +32,7 @@ template <class Unit, class Storage>
 auto ICStringLineMembers<BasicICString<Unit, Storage>>::EnsureLineEnds(const Unit* source,
                                                                        const Unit* lineEnd) noexcept
     -> const Unit* {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (internal::FindForeignLineEndIn(source, lineEnd) == nullptr) return source;
   self.NormalizeLineEnds(source, lineEnd);
   return self.GetText();
@@ -40,13 +41,13 @@ auto ICStringLineMembers<BasicICString<Unit, Storage>>::EnsureLineEnds(const Uni
 template <class Unit, class Storage>
 bool ICStringLineMembers<BasicICString<Unit, Storage>>::LineColumnAt(
     int32_t offset, int32_t& line, int32_t& column) const noexcept {
-  return internal::LineColumnOf(static_cast<const Str&>(*this).GetText(), offset, line, column);
+  return internal::LineColumnOf(Self().GetText(), offset, line, column);
 }
 
 template <class Unit, class Storage>
 bool ICStringLineMembers<BasicICString<Unit, Storage>>::OffsetAt(int32_t line, int32_t column,
                                                                  int32_t& offset) const noexcept {
-  return internal::OffsetOf(static_cast<const Str&>(*this).GetText(), line, column, offset);
+  return internal::OffsetOf(Self().GetText(), line, column, offset);
 }
 
 template <class Unit, class Storage>
@@ -69,22 +70,22 @@ auto ICStringLineMembers<BasicICString<Unit, Storage>>::FormatV(const Unit* form
   int32_t capacity = 1024;
   int written;
   for (;;) {
-    text._PrepareReplace(capacity);
-    text._SetStoredLength(0);
-    text._GetBuffer()[0] = 0;
+    internal::StringAccess::_PrepareReplace(text, capacity);
+    internal::StringAccess::_SetStoredLength(text, 0);
+    internal::StringAccess::_GetBuffer(text)[0] = 0;
     va_list attempt;
     va_copy(attempt, arguments);
-    written =
-        platform::BoundedFormatV(text._GetBuffer(), static_cast<size_t>(capacity), format, attempt);
+    written = platform::BoundedFormatV(internal::StringAccess::_GetBuffer(text),
+                                       static_cast<size_t>(capacity), format, attempt);
     va_end(attempt);
     if (written >= 0) break;
     // Every failure is taken for truncation and retried with more room, until allocation fails.
-    if (capacity > INT32_MAX - 1024) ICStringStorage<Unit>::_ReportOutOfMemory();
+    if (capacity > INT32_MAX - 1024) internal::StringAccess::_ReportOutOfMemory<Str>();
     capacity += 1024;
   }
-  text._SetStringEnd(written);
-  text._Reserve(written, ReserveExact | ReserveKeepText);
-  Str& self = static_cast<Str&>(*this);
+  internal::StringAccess::_SetStringEnd(text, written);
+  internal::StringAccess::_Reserve(text, written, ReserveExact | ReserveKeepText);
+  Str& self = Self();
   self = std::move(text);
   return self;
 }

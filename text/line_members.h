@@ -12,6 +12,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -39,8 +40,9 @@ template <class Str>
 class ICStringLineMembers;
 
 template <class Unit, class Storage>
-class ICStringLineMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringLineMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringLineMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringLineMembers);
 
  public:
   /// A new string with the first line end of the text ("\r\n", "\r" or "\n"), or `fallback`

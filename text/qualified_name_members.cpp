@@ -2,6 +2,7 @@
 
 #include <ic/string/chain.h>
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/string/utf8.h>
 #include <ic/string/write_steps.h>
 
@@ -23,7 +24,7 @@ inline const char16_t* FirstColon(const char16_t* text) noexcept {
 template <class Unit, class Storage>
 auto ICStringQualifiedNameMembers<BasicICString<Unit, Storage>>::GetTextBeforeColon() const noexcept
     -> Str {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   const Unit* const colon = FirstColon(self.GetText());
   if (colon == nullptr) return Str();
   return self.Left(static_cast<int32_t>(colon - self.GetText()), true);
@@ -32,7 +33,7 @@ auto ICStringQualifiedNameMembers<BasicICString<Unit, Storage>>::GetTextBeforeCo
 template <class Unit, class Storage>
 auto ICStringQualifiedNameMembers<BasicICString<Unit, Storage>>::GetTextAfterColon() const noexcept
     -> Str {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   const Unit* const text = self.GetText();
   const Unit* const colon = FirstColon(text);
   const Unit* const from = colon == nullptr ? text : colon + 1;
@@ -41,23 +42,23 @@ auto ICStringQualifiedNameMembers<BasicICString<Unit, Storage>>::GetTextAfterCol
 
 template <class Unit, class Storage>
 auto ICStringQualifiedNameMembers<BasicICString<Unit, Storage>>::KeepTextBeforeColon() -> Str& {
-  Str& self = static_cast<Str&>(*this);
-  if constexpr (Str::IsView) self._MakeOwned();
+  Str& self = Self();
+  if constexpr (Str::IsView) internal::StringAccess::_MakeOwned(self);
   const Unit* const colon = FirstColon(self.GetText());
   if (colon == nullptr) {
-    self._Clear();
+    internal::StringAccess::_Clear(self);
     return self;
   }
   const int32_t position = static_cast<int32_t>(colon - self.GetText());
-  internal::PrepareInPlace(self);
-  self._SetStringEnd(position);
+  internal::StringAccess::PrepareInPlace(self);
+  internal::StringAccess::_SetStringEnd(self, position);
   return self;
 }
 
 template <class Unit, class Storage>
 auto ICStringQualifiedNameMembers<BasicICString<Unit, Storage>>::MakeQualifiedName(
     const Unit* localName) const noexcept -> Str {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   if (self.GetLength() == 0) {
     if (localName == nullptr || localName[0] == 0) return Str();
     return Str(localName);  // a view views it; the other shapes copy it

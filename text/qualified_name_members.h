@@ -8,6 +8,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -15,8 +16,9 @@ template <class Str>
 class ICStringQualifiedNameMembers;
 
 template <class Unit, class Storage>
-class ICStringQualifiedNameMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringQualifiedNameMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringQualifiedNameMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringQualifiedNameMembers);
 
  public:
   /// A new string of the same shape with the text ahead of the first colon: 'a:b:c' gives 'a'.

@@ -29,6 +29,30 @@ int32_t Length(const Str& s) noexcept {
   return s.GetLength();
 }
 
+// True for a null or empty zero-terminated text.
+template <class Unit>
+bool IsEmptyText(const Unit* text) noexcept {
+  return text == nullptr || *text == 0;
+}
+
+// Runs `search(offset)` from the unit offset of `position` in the text; null when the position
+// lies past the end.
+template <class Unit, class Search>
+const Unit* SearchForward(const Unit* text, int32_t length, int32_t position, bool lengthInUnits,
+                          Search search) noexcept {
+  const int32_t offset = ForwardOffset(text, length, position, lengthInUnits);
+  return offset < 0 ? nullptr : search(offset);
+}
+
+// Runs `search(limit)` below the unit limit of `position` for a backward search; null when the
+// limit says there is nothing to search.
+template <class Unit, class Search>
+const Unit* SearchBackward(const Unit* text, int32_t length, int32_t position, bool lengthInUnits,
+                           Search search) noexcept {
+  const int32_t limit = BackwardLimit(text, length, position, lengthInUnits);
+  return limit < 0 ? nullptr : search(limit);
+}
+
 // Units of the code point or unit at `p`.
 template <class Unit>
 int32_t UnitsAt(const Unit* p) noexcept {
@@ -45,38 +69,37 @@ int32_t UnitsAt(const Unit* p) noexcept {
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindPointer(
     const Unit* needle, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
-  const auto& self = Self();
-  if (needle == nullptr || *needle == 0) return nullptr;
-  const Unit* text = self.GetText();
-  const int32_t length = Length(self);
-  const int32_t offset = ForwardOffset(text, length, position, lengthInUnits);
-  return offset < 0 ? nullptr : FindText(text, length, offset, needle);
+  if (IsEmptyText(needle)) return nullptr;
+  const Unit* text = Self().GetText();
+  const int32_t length = Length(Self());
+  return SearchForward(text, length, position, lengthInUnits,
+                       [&](int32_t offset) { return FindText(text, length, offset, needle); });
 }
 
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindPointer(
     CodeType code, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
-  const auto& self = Self();
-  const Unit* text = self.GetText();
-  const int32_t length = Length(self);
-  const int32_t offset = ForwardOffset(text, length, position, lengthInUnits);
-  return offset < 0 ? nullptr : FindCode(text, length, offset, static_cast<uint32_t>(code));
+  const Unit* text = Self().GetText();
+  const int32_t length = Length(Self());
+  return SearchForward(text, length, position, lengthInUnits, [&](int32_t offset) {
+    return FindCode(text, length, offset, static_cast<uint32_t>(code));
+  });
 }
 
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::Find(const Unit* needle, int32_t position,
                                                                bool lengthInUnits) const noexcept
     -> int32_t {
-  const Unit* text = Self().GetText();
-  return internal::IndexOf(text, FindPointer(needle, position, lengthInUnits), lengthInUnits);
+  return internal::IndexOf(Self().GetText(), FindPointer(needle, position, lengthInUnits),
+                           lengthInUnits);
 }
 
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::Find(CodeType code, int32_t position,
                                                                bool lengthInUnits) const noexcept
     -> int32_t {
-  const Unit* text = Self().GetText();
-  return internal::IndexOf(text, FindPointer(code, position, lengthInUnits), lengthInUnits);
+  return internal::IndexOf(Self().GetText(), FindPointer(code, position, lengthInUnits),
+                           lengthInUnits);
 }
 
 template <class Unit, class Storage>
@@ -106,19 +129,19 @@ auto ICStringSearchMembers<BasicICString<Unit, Storage>>::IndexOfPointer(
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindNoCasePointer(
     const Unit* needle, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
-  const auto& self = Self();
-  if (needle == nullptr || *needle == 0) return nullptr;
-  const Unit* text = self.GetText();
-  const int32_t length = Length(self);
-  const int32_t offset = ForwardOffset(text, length, position, lengthInUnits);
-  return offset < 0 ? nullptr : FindTextNoCase(text, length, offset, needle);
+  if (IsEmptyText(needle)) return nullptr;
+  const Unit* text = Self().GetText();
+  const int32_t length = Length(Self());
+  return SearchForward(text, length, position, lengthInUnits, [&](int32_t offset) {
+    return FindTextNoCase(text, length, offset, needle);
+  });
 }
 
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindNoCase(
     const Unit* needle, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
-  const Unit* text = Self().GetText();
-  return internal::IndexOf(text, FindNoCasePointer(needle, position, lengthInUnits), lengthInUnits);
+  return internal::IndexOf(Self().GetText(), FindNoCasePointer(needle, position, lengthInUnits),
+                           lengthInUnits);
 }
 
 // --- Last occurrence ----------------------------------------------------------------------------
@@ -126,34 +149,34 @@ auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindNoCase(
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLastPointer(
     const Unit* needle, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
-  const auto& self = Self();
-  if (needle == nullptr || *needle == 0) return nullptr;
-  const Unit* text = self.GetText();
-  const int32_t length = Length(self);
-  const int32_t limit = BackwardLimit(text, length, position, lengthInUnits);
-  return limit < 0 ? nullptr : FindLastText(text, length, limit, position, needle);
+  if (IsEmptyText(needle)) return nullptr;
+  const Unit* text = Self().GetText();
+  const int32_t length = Length(Self());
+  return SearchBackward(text, length, position, lengthInUnits, [&](int32_t limit) {
+    return FindLastText(text, length, limit, position, needle);
+  });
 }
 
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLastPointer(
     CodeType code, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
-  const auto& self = Self();
-  const Unit* text = self.GetText();
-  const int32_t limit = BackwardLimit(text, Length(self), position, lengthInUnits);
-  return limit < 0 ? nullptr : FindLastCode(text, limit, static_cast<uint32_t>(code));
+  const Unit* text = Self().GetText();
+  return SearchBackward(text, Length(Self()), position, lengthInUnits, [&](int32_t limit) {
+    return FindLastCode(text, limit, static_cast<uint32_t>(code));
+  });
 }
 
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLast(
     const Unit* needle, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
-  const Unit* text = Self().GetText();
-  return internal::IndexOf(text, FindLastPointer(needle, position, lengthInUnits), lengthInUnits);
+  return internal::IndexOf(Self().GetText(), FindLastPointer(needle, position, lengthInUnits),
+                           lengthInUnits);
 }
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLast(
     CodeType code, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
-  const Unit* text = Self().GetText();
-  return internal::IndexOf(text, FindLastPointer(code, position, lengthInUnits), lengthInUnits);
+  return internal::IndexOf(Self().GetText(), FindLastPointer(code, position, lengthInUnits),
+                           lengthInUnits);
 }
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::LastIndexOf(
@@ -181,69 +204,66 @@ auto ICStringSearchMembers<BasicICString<Unit, Storage>>::LastIndexOfPointer(
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindFirstOfPointer(
     const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
-  const auto& self = Self();
-  if (set == nullptr || *set == 0) return nullptr;
-  const Unit* text = self.GetText();
-  const int32_t length = Length(self);
-  const int32_t offset = ForwardOffset(text, length, position, lengthInUnits);
-  return offset < 0 ? nullptr : FindFirstInSet(text, length, offset, set, true);
+  if (IsEmptyText(set)) return nullptr;
+  const Unit* text = Self().GetText();
+  const int32_t length = Length(Self());
+  return SearchForward(text, length, position, lengthInUnits, [&](int32_t offset) {
+    return FindFirstInSet(text, length, offset, set, true);
+  });
 }
 
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindFirstNotOfPointer(
     const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
-  const auto& self = Self();
-  if (set == nullptr || *set == 0) return nullptr;
-  const Unit* text = self.GetText();
-  const int32_t length = Length(self);
-  const int32_t offset = ForwardOffset(text, length, position, lengthInUnits);
-  return offset < 0 ? nullptr : FindFirstInSet(text, length, offset, set, false);
+  if (IsEmptyText(set)) return nullptr;
+  const Unit* text = Self().GetText();
+  const int32_t length = Length(Self());
+  return SearchForward(text, length, position, lengthInUnits, [&](int32_t offset) {
+    return FindFirstInSet(text, length, offset, set, false);
+  });
 }
 
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLastOfPointer(
     const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
-  const auto& self = Self();
-  if (set == nullptr || *set == 0) return nullptr;
-  const Unit* text = self.GetText();
-  const int32_t limit = BackwardLimit(text, Length(self), position, lengthInUnits);
-  return limit < 0 ? nullptr : FindLastInSet(text, limit, set, true);
+  if (IsEmptyText(set)) return nullptr;
+  const Unit* text = Self().GetText();
+  return SearchBackward(text, Length(Self()), position, lengthInUnits,
+                        [&](int32_t limit) { return FindLastInSet(text, limit, set, true); });
 }
 
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLastNotOfPointer(
     const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> const Unit* {
-  const auto& self = Self();
-  if (set == nullptr || *set == 0) return nullptr;
-  const Unit* text = self.GetText();
-  const int32_t limit = BackwardLimit(text, Length(self), position, lengthInUnits);
-  return limit < 0 ? nullptr : FindLastInSet(text, limit, set, false);
+  if (IsEmptyText(set)) return nullptr;
+  const Unit* text = Self().GetText();
+  return SearchBackward(text, Length(Self()), position, lengthInUnits,
+                        [&](int32_t limit) { return FindLastInSet(text, limit, set, false); });
 }
 
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindFirstOf(
     const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
-  const Unit* text = Self().GetText();
-  return internal::IndexOf(text, FindFirstOfPointer(set, position, lengthInUnits), lengthInUnits);
+  return internal::IndexOf(Self().GetText(), FindFirstOfPointer(set, position, lengthInUnits),
+                           lengthInUnits);
 }
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindFirstNotOf(
     const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
-  const Unit* text = Self().GetText();
-  return internal::IndexOf(text, FindFirstNotOfPointer(set, position, lengthInUnits),
+  return internal::IndexOf(Self().GetText(), FindFirstNotOfPointer(set, position, lengthInUnits),
                            lengthInUnits);
 }
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLastOf(
     const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
-  const Unit* text = Self().GetText();
-  return internal::IndexOf(text, FindLastOfPointer(set, position, lengthInUnits), lengthInUnits);
+  return internal::IndexOf(Self().GetText(), FindLastOfPointer(set, position, lengthInUnits),
+                           lengthInUnits);
 }
 template <class Unit, class Storage>
 auto ICStringSearchMembers<BasicICString<Unit, Storage>>::FindLastNotOf(
     const Unit* set, int32_t position, bool lengthInUnits) const noexcept -> int32_t {
-  const Unit* text = Self().GetText();
-  return internal::IndexOf(text, FindLastNotOfPointer(set, position, lengthInUnits), lengthInUnits);
+  return internal::IndexOf(Self().GetText(), FindLastNotOfPointer(set, position, lengthInUnits),
+                           lengthInUnits);
 }
 
 // --- Words and nesting --------------------------------------------------------------------------

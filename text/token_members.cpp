@@ -1,6 +1,7 @@
 #include <ic/text/token_members.h>
 
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/text/internal/trim_core.h>
 #include <ic/text/search_needle.h>
 
@@ -37,9 +38,9 @@ Str ReceiverToken(const Str& self, const typename Str::UnitType* delimiter, bool
 template <class Str>
 typename Str::UnitType* GrowString(void* owner, int32_t capacity, int32_t length) {
   Str& self = *static_cast<Str*>(owner);
-  self._SetStoredLength(length);
-  self._PrepareGrow(capacity);
-  return self._GetBuffer();
+  internal::StringAccess::_SetStoredLength(self, length);
+  internal::StringAccess::_PrepareGrow(self, capacity);
+  return internal::StringAccess::_GetBuffer(self);
 }
 
 }  // namespace
@@ -48,8 +49,8 @@ template <class Unit, class Storage>
 auto ICStringTokenMembers<BasicICString<Unit, Storage>>::ExtractToken(
     const Unit* delimiters, int32_t& position, const Unit* quotes, bool mergeDelimiters,
     int32_t skipCount, bool* atEnd) const -> Str {
-  return ReceiverToken(static_cast<const Str&>(*this), delimiters, false, position, quotes,
-                       mergeDelimiters, skipCount, atEnd);
+  return ReceiverToken(Self(), delimiters, false, position, quotes, mergeDelimiters, skipCount,
+                       atEnd);
 }
 
 template <class Unit, class Storage>
@@ -64,21 +65,21 @@ template <class Unit, class Storage>
 auto ICStringTokenMembers<BasicICString<Unit, Storage>>::ExtractTokenText(
     const Unit* delimiter, int32_t& position, const Unit* quotes, bool mergeDelimiters,
     int32_t skipCount, bool* atEnd) const -> Str {
-  return ReceiverToken(static_cast<const Str&>(*this), delimiter, true, position, quotes,
-                       mergeDelimiters, skipCount, atEnd);
+  return ReceiverToken(Self(), delimiter, true, position, quotes, mergeDelimiters, skipCount,
+                       atEnd);
 }
 
 template <class Unit, class Storage>
 auto ICStringTokenMembers<BasicICString<Unit, Storage>>::FirstLines(
     int32_t maxLines, bool skipEmptyLines, bool trimLines, const Unit* moreMarker) const noexcept
     -> Str {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   ICStringUniqueT<Unit> result;
-  internal::GrowableText<Unit> out{result._GetBuffer(), 0, 0, &result,
+  internal::GrowableText<Unit> out{internal::StringAccess::_GetBuffer(result), 0, 0, &result,
                                    &GrowString<ICStringUniqueT<Unit>>};
   internal::FirstLinesOf(out, self.GetText(), self.GetEnd(), maxLines, skipEmptyLines, trimLines,
                          moreMarker);
-  if (out.length > 0) result._SetStringEnd(out.length);
+  if (out.length > 0) internal::StringAccess::_SetStringEnd(result, out.length);
   return Str(std::move(result));
 }
 

@@ -12,6 +12,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -19,8 +20,9 @@ template <class Str>
 class ICStringTokenMembers;
 
 template <class Unit, class Storage>
-class ICStringTokenMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringTokenMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringTokenMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringTokenMembers);
   using Code = std::conditional_t<sizeof(Unit) == 1, char32_t, char16_t>;
 
  public:

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/string_access.h>
 #include <ic/string/utf8.h>
 #include <ic/string/write_steps.h>
 #include <ic/text/internal/trim_core.h>
@@ -16,8 +17,8 @@ using TrimSet = internal::TrimSet<Unit>;
 // Cuts the text to `units` units, the block made writable in place first.
 template <class Str>
 void CutAt(Str& self, int32_t units) {
-  internal::PrepareInPlace(self);
-  self._SetStringEnd(units);
+  internal::StringAccess::PrepareInPlace(self);
+  internal::StringAccess::_SetStringEnd(self, units);
 }
 
 template <class Str>
@@ -53,18 +54,18 @@ bool IsBlankOrNoBreak(const char16_t* text) noexcept {
   return internal::IsBlankText(text, true);
 }
 
-#define IC_TRIM_MEMBERS(Name, By)                                                            \
-  template <class Unit, class Storage>                                                       \
-  auto ICStringTrimMembers<BasicICString<Unit, Storage>>::Name(const Unit* set)->Str& {      \
-    return By(static_cast<Str&>(*this), TrimSet<Unit>::Of(set));                             \
-  }                                                                                          \
-  template <class Unit, class Storage>                                                       \
-  auto ICStringTrimMembers<BasicICString<Unit, Storage>>::Name(Code code)->Str& {            \
-    return By(static_cast<Str&>(*this), TrimSet<Unit>::Single(static_cast<uint32_t>(code))); \
-  }                                                                                          \
-  template <class Unit, class Storage>                                                       \
-  auto ICStringTrimMembers<BasicICString<Unit, Storage>>::Name()->Str& {                     \
-    return By(static_cast<Str&>(*this), TrimSet<Unit>::DefaultBlanks());                     \
+#define IC_TRIM_MEMBERS(Name, By)                                                       \
+  template <class Unit, class Storage>                                                  \
+  auto ICStringTrimMembers<BasicICString<Unit, Storage>>::Name(const Unit* set)->Str& { \
+    return By(Self(), TrimSet<Unit>::Of(set));                                          \
+  }                                                                                     \
+  template <class Unit, class Storage>                                                  \
+  auto ICStringTrimMembers<BasicICString<Unit, Storage>>::Name(Code code)->Str& {       \
+    return By(Self(), TrimSet<Unit>::Single(static_cast<uint32_t>(code)));              \
+  }                                                                                     \
+  template <class Unit, class Storage>                                                  \
+  auto ICStringTrimMembers<BasicICString<Unit, Storage>>::Name()->Str& {                \
+    return By(Self(), TrimSet<Unit>::DefaultBlanks());                                  \
   }
 
 IC_TRIM_MEMBERS(TrimLeft, TrimLeftBy)
@@ -90,18 +91,18 @@ auto ICStringTrimMembers<BasicICString<Unit, Storage>>::Trim() -> Str& {
 template <class Unit, class Storage>
 const Unit* ICStringTrimMembers<BasicICString<Unit, Storage>>::SkipLeft(
     const Unit* set) const noexcept {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   return internal::SkipInSet(self.GetText(), self.GetEnd(), TrimSet<Unit>::Of(set));
 }
 template <class Unit, class Storage>
 const Unit* ICStringTrimMembers<BasicICString<Unit, Storage>>::SkipLeft(Code code) const noexcept {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   return internal::SkipInSet(self.GetText(), self.GetEnd(),
                              TrimSet<Unit>::Single(static_cast<uint32_t>(code)));
 }
 template <class Unit, class Storage>
 const Unit* ICStringTrimMembers<BasicICString<Unit, Storage>>::SkipLeft() const noexcept {
-  const Str& self = static_cast<const Str&>(*this);
+  const Str& self = Self();
   return internal::SkipInSet(self.GetText(), self.GetEnd(), TrimSet<Unit>::DefaultBlanks());
 }
 
@@ -109,7 +110,7 @@ template <class Unit, class Storage>
 auto ICStringTrimMembers<BasicICString<Unit, Storage>>::Pad(Code code, int32_t targetLength,
                                                             bool lengthInUnits, bool atStart)
     -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   Unit encoded[4];
   int32_t size = 1;
   if constexpr (sizeof(Unit) == 1) {
@@ -128,12 +129,13 @@ auto ICStringTrimMembers<BasicICString<Unit, Storage>>::Pad(Code code, int32_t t
   if (units > 0x7fffffff - int64_t{length}) return self;
   const int32_t count = static_cast<int32_t>(missing);
   if (atStart) {
-    internal::FillRepeated(self._OpenGap(static_cast<int32_t>(units), 0), count, encoded, size);
+    internal::FillRepeated(internal::StringAccess::_OpenGap(self, static_cast<int32_t>(units), 0),
+                           count, encoded, size);
   } else {
     const int32_t newLength = length + static_cast<int32_t>(units);
-    self._PrepareGrow(newLength);
-    internal::FillRepeated(self._GetBuffer() + length, count, encoded, size);
-    self._SetStringEnd(newLength);
+    internal::StringAccess::_PrepareGrow(self, newLength);
+    internal::FillRepeated(internal::StringAccess::_GetBuffer(self) + length, count, encoded, size);
+    internal::StringAccess::_SetStringEnd(self, newLength);
   }
   return self;
 }
@@ -141,7 +143,7 @@ auto ICStringTrimMembers<BasicICString<Unit, Storage>>::Pad(Code code, int32_t t
 template <class Unit, class Storage>
 auto ICStringTrimMembers<BasicICString<Unit, Storage>>::InsertEvery(int32_t count, const Unit* text,
                                                                     bool atEnd) noexcept -> Str& {
-  Str& self = static_cast<Str&>(*this);
+  Str& self = Self();
   if (text == nullptr || text[0] == 0 || count < 1) return self;
   int32_t textLength = 0;
   while (text[textLength] != 0)
@@ -149,9 +151,10 @@ auto ICStringTrimMembers<BasicICString<Unit, Storage>>::InsertEvery(int32_t coun
   const int32_t length = self.GetLength();
   const int64_t room = (int64_t{length} / count + 1) * textLength + length;
   ICStringUniqueT<Unit> result(static_cast<int32_t>(room), true, false);
-  const int32_t written = internal::InsertEveryInto(result._GetBuffer(), self.GetText(),
-                                                    self.GetEnd(), count, text, textLength, atEnd);
-  result._SetStringEnd(written);
+  const int32_t written =
+      internal::InsertEveryInto(internal::StringAccess::_GetBuffer(result), self.GetText(),
+                                self.GetEnd(), count, text, textLength, atEnd);
+  internal::StringAccess::_SetStringEnd(result, written);
   self = std::move(result);
   return self;
 }

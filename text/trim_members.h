@@ -13,6 +13,7 @@
 
 #include <ic/platform/export.h>
 #include <ic/string/family_fwd.h>
+#include <ic/string/string_mixin.h>
 
 namespace ic {
 
@@ -39,8 +40,9 @@ template <class Str>
 class ICStringTrimMembers;
 
 template <class Unit, class Storage>
-class ICStringTrimMembers<BasicICString<Unit, Storage>> {
-  using Str = BasicICString<Unit, Storage>;
+class ICStringTrimMembers<BasicICString<Unit, Storage>>
+    : public StringMixin<ICStringTrimMembers, Unit, Storage> {
+  IC_STRING_MIXIN_NAMES(ICStringTrimMembers);
   /// One character: a code point in narrow strings, a unit in wide ones.
   using Code = std::conditional_t<sizeof(Unit) == 1, char32_t, char16_t>;
 

@@ -48,15 +48,6 @@ int32_t NormalizePathText(Unit* text, bool removeDots, bool removeDotDots) noexc
 template <class Unit>
 bool EqualIgnoringCharsText(const Unit* first, const Unit* second, const Unit* ignored) noexcept;
 
-/// Length of the text once the blanks (space, tab, carriage return, line feed) at its right end
-/// are cut.
-template <class Unit>
-int32_t LengthWithoutTrailingBlanks(const Unit* text, int32_t length) noexcept;
-
-/// Units of the blanks (space, tab, carriage return, line feed) at the start of the text.
-template <class Unit>
-int32_t LeadingBlankCount(const Unit* text, int32_t length) noexcept;
-
 /// True if the unit occurs among the `length` units at `text`.
 template <class Unit>
 bool ContainsUnit(const Unit* text, int32_t length, Unit unit) noexcept;

@@ -10,6 +10,7 @@
 
 #include <ic/string/family_fwd.h>
 #include <ic/string/header.h>
+#include <ic/string/internal/string_access.h>
 
 namespace ic::internal {
 
@@ -45,22 +46,26 @@ struct EditTarget {
     t.String = &s;
     t.Text = s.GetText();
     t.InlineCapable = false;
-    if constexpr (Str::IsUnique) t.InlineCapable = (s._GetShareWord() & ::ic::InlineCapable) != 0;
+    if constexpr (Str::IsUnique)
+      t.InlineCapable = (StringAccess::_GetShareWord(s) & ::ic::InlineCapable) != 0;
     t.GetLength = [](const void* p) { return static_cast<const Str*>(p)->GetLength(); };
     t.GetCapacity = [](const void* p) { return static_cast<const Str*>(p)->GetCapacity(); };
     t.MakeWritable = [](void* p) -> Unit* {
       Str& str = *static_cast<Str*>(p);
-      if constexpr (Str::IsView) str._MakeOwned();
-      str._PrepareGrow(str.GetCapacity());
-      return str._GetBuffer();
+      StringAccess::PrepareInPlace(str);
+      return StringAccess::_GetBuffer(str);
     };
     t.MakeRoom = [](void* p, int32_t length) -> Unit* {
       Str& str = *static_cast<Str*>(p);
-      str._PrepareGrow(length);
-      return str._GetBuffer();
+      StringAccess::_PrepareGrow(str, length);
+      return StringAccess::_GetBuffer(str);
     };
-    t.SetLength = [](void* p, int32_t length) { static_cast<Str*>(p)->_SetStoredLength(length); };
-    t.SetEnd = [](void* p, int32_t length) { static_cast<Str*>(p)->_SetStringEnd(length); };
+    t.SetLength = [](void* p, int32_t length) {
+      StringAccess::_SetStoredLength(*static_cast<Str*>(p), length);
+    };
+    t.SetEnd = [](void* p, int32_t length) {
+      StringAccess::_SetStringEnd(*static_cast<Str*>(p), length);
+    };
     t.Adopt = [](void* p, BasicICString<Unit, ICStringUniqueStorage<Unit>>& written) {
       *static_cast<Str*>(p) =
           static_cast<BasicICString<Unit, ICStringUniqueStorage<Unit>>&&>(written);

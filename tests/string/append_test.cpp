@@ -10,6 +10,7 @@
 #include "block_probe.h"
 #include "counting_allocator.h"
 #include "edit_test_util.h"
+#include "layer_access.h"
 
 namespace ic {
 namespace {
@@ -111,8 +112,8 @@ TEST(PutAtCursor, MeasureThenWrite) {
   for (const char* p : parts)
     s.PutAtCursor(false, p, -1, cursor, 0);
   EXPECT_EQ(cursor, 10u);
-  EXPECT_TRUE(s._IsEmptyData());
-  s._Reserve(static_cast<int32_t>(cursor), 0);
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s));
+  ic::test::LayerAccess::_Reserve(s, static_cast<int32_t>(cursor), 0);
   cursor = 0;
   AllocationScope scope;
   for (const char* p : parts)
@@ -190,7 +191,7 @@ TEST(Builder, TwoPassWritesWithOneAllocation) {
   ICStringBuilder<ICStringUnique> b{&s, 0, 0, false};
   run(b);
   AllocationScope scope;
-  s._Reserve(b.Count, 0);
+  ic::test::LayerAccess::_Reserve(s, b.Count, 0);
   b.Count = 0;
   b.Writing = true;
   run(b);
@@ -204,7 +205,7 @@ TEST(Builder, EmptyAddOnTheEmptyDataWritesOnlyTheTerminator) {
   AllocationScope scope;
   b.Add("");
   EXPECT_EQ(scope.Allocations(), 0);
-  EXPECT_TRUE(s._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s));
   EXPECT_EQ(s.GetLength(), 0);  // measures 0 and stores it again
   EXPECT_EQ(test::LengthWord(s.GetText()), 0);
 }
@@ -232,7 +233,7 @@ TEST(Builder, SharedTargetDetaches) {
 // place, at each of the copy sizes.
 TEST(Builder, AddsTheTargetsOwnTextWithoutGrowing) {
   ICStringUnique s;
-  s._Reserve(100, 0);
+  ic::test::LayerAccess::_Reserve(s, 100, 0);
   ICStringBuilder<ICStringUnique> b{&s, 0, 0, true};
   b.Add("abcdefghij");
   const char* block = s.GetText();

@@ -8,6 +8,7 @@
 #include "block_probe.h"
 #include "counting_allocator.h"
 #include "edit_test_util.h"
+#include "layer_access.h"
 
 namespace ic {
 namespace {
@@ -99,7 +100,7 @@ TYPED_TEST(AssignAnyShape, AssignToItselfChangesNothing) {
 TYPED_TEST(AssignAnyShape, OwnTextPointerWithShorterLengthDoesNothing) {
   using Unit = typename TypeParam::UnitType;
   TypeParam s = Own<TypeParam>("abcdef");
-  s._AssignText(s.GetText(), 2);
+  ic::test::LayerAccess::_AssignText(s, s.GetText(), 2);
   EXPECT_EQ(TextOf(s), Units<Unit>("abcdef"));
 }
 
@@ -127,7 +128,7 @@ TYPED_TEST(AssignAnyShape, OneCharacter) {
   EXPECT_EQ(s.GetCapacity(), 1);
   s.Assign('\0');
   EXPECT_EQ(s.GetLength(), 0);
-  EXPECT_FALSE(s._IsEmptyData());
+  EXPECT_FALSE(ic::test::HoldsEmptyData(s));
   s.Assign('\xe9');  // Latin-1 e acute
   if constexpr (sizeof(Unit) == 1) {
     EXPECT_EQ(TextOf(s), std::string("\xc3\xa9"));
@@ -184,12 +185,12 @@ TYPED_TEST(AssignNarrow, CodePoint) {
 
 TEST(AssignSetCodePoint, RefusedValueWritesNoTerminator) {
   ICStringUnique s("wxyz");
-  s._SetCodePoint(0x110000);
+  ic::test::LayerAccess::_SetCodePoint(s, 0x110000);
   EXPECT_EQ(s.GetLength(), 0);
   EXPECT_EQ(s.GetText()[0], 'w');  // nothing written
-  s._SetCodePoint(0x41);
+  ic::test::LayerAccess::_SetCodePoint(s, 0x41);
   EXPECT_EQ(TextOf(s), "A");
-  s._SetCodePoint(0);
+  ic::test::LayerAccess::_SetCodePoint(s, 0);
   EXPECT_EQ(s.GetLength(), 0);
   EXPECT_EQ(s.GetText()[0], 0);
 }
@@ -229,7 +230,7 @@ TEST(AssignShared, ClearingASharedBlockLetsGo) {
   ICStringShared a("abc");
   ICStringShared b(a);
   b.Assign(static_cast<const char*>(nullptr), 0, true);
-  EXPECT_TRUE(b._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(b));
   EXPECT_EQ(TextOf(a), "abc");
 }
 
@@ -276,11 +277,11 @@ TEST(ConstructNarrow, ZeroCharacterAllocatesEmptyTextDoesNot) {
   AllocationScope scope;
   {
     ICStringUnique zero('\0');
-    EXPECT_FALSE(zero._IsEmptyData());
+    EXPECT_FALSE(ic::test::HoldsEmptyData(zero));
     EXPECT_EQ(zero.GetCapacity(), 1);
     EXPECT_EQ(scope.Allocations(), 1);
     ICStringUnique empty("");
-    EXPECT_TRUE(empty._IsEmptyData());
+    EXPECT_TRUE(ic::test::HoldsEmptyData(empty));
     EXPECT_EQ(scope.Allocations(), 1);
   }
 }

@@ -10,6 +10,7 @@
 #include "block_probe.h"
 #include "counting_allocator.h"
 #include "edit_test_util.h"
+#include "layer_access.h"
 
 namespace ic {
 namespace {
@@ -69,10 +70,10 @@ TYPED_TEST(ChainAnyShape, GuardOnlyWhenNeeded) {
   const auto b = Own<TypeParam>("def");
   auto chain = a + b;
   TypeParam target = Own<TypeParam>("zzzzzzzzzz");
-  chain._GuardChain(&target);
-  EXPECT_TRUE(chain.Result._IsEmptyData());
-  chain._GuardChain(&a);
-  EXPECT_FALSE(chain.Result._IsEmptyData());
+  ic::test::LayerAccess::_GuardChain(chain, &target);
+  EXPECT_TRUE(ic::test::HoldsEmptyData(chain.Result));
+  ic::test::LayerAccess::_GuardChain(chain, &a);
+  EXPECT_FALSE(ic::test::HoldsEmptyData(chain.Result));
   EXPECT_EQ(TextOf(chain.Result), Units<Unit>("abcdef"));
   EXPECT_EQ(chain.GetChainLength(), 6);
 }
@@ -87,7 +88,7 @@ TYPED_TEST(ChainAnyShape, EmptyChain) {
   EXPECT_EQ(chain.GetChainLength(), 0);
   const Unit* text = chain.GetChainText();
   EXPECT_EQ(text[0], Unit(0));
-  EXPECT_FALSE(chain.Result._IsEmptyData());
+  EXPECT_FALSE(ic::test::HoldsEmptyData(chain.Result));
   EXPECT_EQ(chain.Result.GetCapacity(), sizeof(Unit) == 1 ? 4 : 1);
 }
 

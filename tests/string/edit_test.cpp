@@ -12,6 +12,7 @@
 #include "block_probe.h"
 #include "counting_allocator.h"
 #include "edit_test_util.h"
+#include "layer_access.h"
 
 namespace ic {
 namespace {
@@ -32,8 +33,8 @@ TYPED_TEST_SUITE(EditAnyShape, AllShapes);
 
 TYPED_TEST(EditAnyShape, Left) {
   const TypeParam s = Own<TypeParam>("abcdef");
-  EXPECT_TRUE(s.Left(0)._IsEmptyData());
-  EXPECT_TRUE(s.Left(-1)._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s.Left(0)));
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s.Left(-1)));
   EXPECT_EQ(TextOf(s.Left(2)), U("ab"));
   EXPECT_EQ(s.Left(2).GetCapacity(), 2);
   EXPECT_EQ(TextOf(s.Left(6)), U("abcdef"));
@@ -56,14 +57,14 @@ TYPED_TEST(EditAnyShape, Mid) {
   EXPECT_EQ(TextOf(s.Mid(0)), U("abcdef"));
   EXPECT_EQ(TextOf(s.Mid(-3)), U("abcdef"));
   EXPECT_EQ(TextOf(s.Mid(2)), U("cdef"));
-  EXPECT_TRUE(s.Mid(6)._IsEmptyData());
-  EXPECT_TRUE(s.Mid(7)._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s.Mid(6)));
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s.Mid(7)));
   EXPECT_EQ(TextOf(s.Mid(1, true, 3)), U("bcd"));
   EXPECT_EQ(TextOf(s.Mid(-2, true, 5)), U("abc"));
   EXPECT_EQ(TextOf(s.Mid(4, true, 50)), U("ef"));
-  EXPECT_TRUE(s.Mid(6, true, 2)._IsEmptyData());
-  EXPECT_TRUE(s.Mid(-3, true, 3)._IsEmptyData());
-  EXPECT_TRUE(s.Mid(1, true, 0)._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s.Mid(6, true, 2)));
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s.Mid(-3, true, 3)));
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s.Mid(1, true, 0)));
 }
 
 TYPED_TEST(EditAnyShape, PointersWithoutCopies) {
@@ -247,9 +248,9 @@ TYPED_TEST(EditAnyShape, Remove) {
 
 TYPED_TEST(EditAnyShape, RemoveBefore) {
   TypeParam s = Own<TypeParam>("abcdef");
-  s._RemoveBefore(s.GetText());
+  ic::test::LayerAccess::_RemoveBefore(s, s.GetText());
   EXPECT_EQ(TextOf(s), U("abcdef"));
-  s._RemoveBefore(s.GetText() + 4);
+  ic::test::LayerAccess::_RemoveBefore(s, s.GetText() + 4);
   EXPECT_EQ(TextOf(s), U("ef"));
 }
 
@@ -280,7 +281,7 @@ TYPED_TEST(EditAnyShape, Insert) {
 
 TYPED_TEST(EditAnyShape, OpenGap) {
   TypeParam s = Own<TypeParam>("abef");
-  auto* gap = s._OpenGap(2, 2);
+  auto* gap = ic::test::LayerAccess::_OpenGap(s, 2, 2);
   gap[0] = 'c';
   gap[1] = 'd';
   EXPECT_EQ(TextOf(s), U("abcdef"));
@@ -541,9 +542,9 @@ std::vector<std::pair<const char*, Edit<S>>> AllEdits() {
       {"KeepFrom", [](S& s) { s.KeepFrom(2); }},
       {"KeepRange", [](S& s) { s.KeepRange(1, true, 3); }},
       {"Remove", [](S& s) { s.Remove(1, true, 2); }},
-      {"RemoveBefore", [](S& s) { s._RemoveBefore(s.GetText() + 2); }},
+      {"RemoveBefore", [](S& s) { ic::test::LayerAccess::_RemoveBefore(s, s.GetText() + 2); }},
       {"Insert", [](S& s) { s.Insert(x.c_str(), 2); }},
-      {"OpenGap", [](S& s) { s._OpenGap(1, 1)[0] = Unit('#'); }},
+      {"OpenGap", [](S& s) { ic::test::LayerAccess::_OpenGap(s, 1, 1)[0] = Unit('#'); }},
       {"SetTail", [](S& s) { s.SetTail(2, true, x.c_str()); }},
       {"PutRepeated", [](S& s) { s.PutRepeated(Unit('z'), 3, 1); }},
       {"ReplaceRangeShorter", [](S& s) { s.ReplaceRange(1, true, 3, x.c_str()); }},

@@ -13,6 +13,7 @@
 
 #include "block_probe.h"
 #include "counting_allocator.h"
+#include "layer_access.h"
 
 namespace ic {
 namespace {
@@ -109,7 +110,7 @@ TEST(OneCharacter, ZeroCharacterAllocatesABlockWithEmptyText) {
   AllocationScope scope;
   ICStringUnique s('\0');
   EXPECT_EQ(scope.Allocations(), 1);
-  EXPECT_FALSE(s._IsEmptyData());
+  EXPECT_FALSE(ic::test::HoldsEmptyData(s));
   EXPECT_EQ(s.GetCapacity(), 1);
   EXPECT_EQ(s.GetLength(), 0);
 }
@@ -131,7 +132,7 @@ TEST(OneCharacter, ViewUsesTinyTextWithoutAllocating) {
   ICStringViewW c(u'\x4e2d');
   EXPECT_EQ(scope.Allocations(), 0);
   EXPECT_FALSE(a.OwnsBlock());
-  EXPECT_TRUE(a._IsTiny());
+  EXPECT_TRUE(ic::test::LayerAccess::_IsTiny(a));
   EXPECT_EQ(a.ViewLength(), 1);
   EXPECT_EQ(std::string(a.GetText()), "q");
   EXPECT_EQ(b.ViewLength(), 2);
@@ -164,9 +165,9 @@ TYPED_TEST(AnyShape, BeginAndEndPointersCopyTheUnitsBetween) {
   TypeParam reversed(text + 3, text + 1);
   TypeParam null(static_cast<const Unit*>(nullptr), text + 2);
   EXPECT_EQ(scope.Allocations(), 0);
-  EXPECT_TRUE(same._IsEmptyData());
-  EXPECT_TRUE(reversed._IsEmptyData());
-  EXPECT_TRUE(null._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(same));
+  EXPECT_TRUE(ic::test::HoldsEmptyData(reversed));
+  EXPECT_TRUE(ic::test::HoldsEmptyData(null));
 }
 
 // --- Capacity and concatenation constructors ------------------------------------------
@@ -196,8 +197,8 @@ TEST(CapacityConstructor, BelowOneGivesTheEmptyData) {
   AllocationScope scope;
   ICStringUnique a(0, true, true);
   ICStringUnique b(-5, false, false);
-  EXPECT_TRUE(a._IsEmptyData());
-  EXPECT_TRUE(b._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(a));
+  EXPECT_TRUE(ic::test::HoldsEmptyData(b));
   EXPECT_EQ(scope.Allocations(), 0);
 }
 
@@ -233,12 +234,12 @@ TEST(Unique, MoveHandsTheBlockOver) {
   ICStringUnique b(std::move(a));
   EXPECT_EQ(scope.Allocations(), 0);
   EXPECT_EQ(b.GetText(), block);
-  EXPECT_TRUE(a._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(a));
 }
 
 TEST(Unique, CopyAssignmentKeepsALargeEnoughBlock) {
   ICStringUnique a;
-  a._Reserve(100, ReserveTerminate);
+  ic::test::LayerAccess::_Reserve(a, 100, ReserveTerminate);
   const char* block = a.GetText();
   ICStringUnique b("a");
   a = b;
@@ -262,12 +263,12 @@ TEST(Unique, AssigningEmptyKeepsTheBlock) {
 TEST(Unique, MoveAssignmentOfAnEmptyStringHandsTheEmptyDataOver) {
   ICStringUnique a("abc");
   a = ICStringUnique();
-  EXPECT_TRUE(a._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(a));
 }
 
 TEST(Unique, AssignTextFromItsOwnPointerChangesNothing) {
   ICStringUnique a("abcdef");
-  a._AssignText(a.GetText(), 2);
+  ic::test::LayerAccess::_AssignText(a, a.GetText(), 2);
   EXPECT_EQ(a.GetLength(), 6);
 }
 
@@ -281,7 +282,7 @@ TEST(Unique, CloneIsADeepCopyOnTheHeap) {
   ICStringUniqueW empty;
   ICStringUniqueW* e = empty.Clone();
   ASSERT_NE(e, nullptr);
-  EXPECT_TRUE(e->_IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(*e));
   delete e;
 }
 
@@ -320,7 +321,7 @@ TEST(Shared, MoveHandsTheBlockOver) {
   const char* block = a.GetText();
   ICStringShared b(std::move(a));
   EXPECT_EQ(b.GetText(), block);
-  EXPECT_TRUE(a._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(a));
   EXPECT_EQ(ShareWord(block), 0);
 }
 
@@ -338,7 +339,7 @@ TEST(Shared, AssignmentLetsGoOfTheOldBlock) {
 TEST(Shared, AssignTextOnASharedBlockLeavesTheOtherOwnersAlone) {
   ICStringShared a("abcdef");
   ICStringShared b(a);
-  b._AssignText("xy", 2);
+  ic::test::LayerAccess::_AssignText(b, "xy", 2);
   EXPECT_NE(a.GetText(), b.GetText());
   EXPECT_EQ(Text(a), "abcdef");
   EXPECT_EQ(Text(b), "xy");
@@ -370,21 +371,21 @@ TEST(View, SecondLengthReadUsesViewLength) {
 TEST(View, NullGivesAnOwningEmptyString) {
   ICStringView v(static_cast<const char*>(nullptr));
   EXPECT_TRUE(v.OwnsBlock());
-  EXPECT_TRUE(v._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(v));
   ICStringView w("abc");
   w = static_cast<const char*>(nullptr);
   EXPECT_TRUE(w.OwnsBlock());
-  EXPECT_TRUE(w._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(w));
 }
 
 TEST(View, FirstWriteCopiesAndLeavesTheForeignTextAlone) {
   const char foreign[] = "abc";
   ICStringView v(foreign);
-  v._PrepareGrow(3);
+  ic::test::LayerAccess::_PrepareGrow(v, 3);
   EXPECT_TRUE(v.OwnsBlock());
   EXPECT_NE(v.GetText(), foreign);
   EXPECT_EQ(v.GetCapacity(), 3);
-  v._GetBuffer()[0] = 'X';
+  ic::test::LayerAccess::_GetBuffer(v)[0] = 'X';
   EXPECT_STREQ(foreign, "abc");
   EXPECT_EQ(Text(v), "Xbc");
 }
@@ -413,15 +414,15 @@ TEST(View, CopyOfAnOwningViewIsDeep) {
 TEST(View, CopyOfATinyViewPointsAtItsOwnTinyText) {
   ICStringView a('z');
   ICStringView b(a);
-  EXPECT_TRUE(b._IsTiny());
+  EXPECT_TRUE(ic::test::LayerAccess::_IsTiny(b));
   EXPECT_NE(b.GetText(), a.GetText());
   EXPECT_EQ(Text(b), "z");
   ICStringView c(std::move(b));
-  EXPECT_TRUE(c._IsTiny());
+  EXPECT_TRUE(ic::test::LayerAccess::_IsTiny(c));
   EXPECT_NE(c.GetText(), b.GetText());
   ICStringView d;
   d = c;
-  EXPECT_TRUE(d._IsTiny());
+  EXPECT_TRUE(ic::test::LayerAccess::_IsTiny(d));
   EXPECT_EQ(Text(d), "z");
 }
 
@@ -466,7 +467,7 @@ TEST(CrossShape, UniqueFromUnsharedSharedTakesTheBlock) {
   const char* block = s.GetText();
   ICStringUnique u(std::move(s));
   EXPECT_EQ(u.GetText(), block);
-  EXPECT_TRUE(s._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s));
 }
 
 TEST(CrossShape, UniqueFromASharedBlockWithOtherOwnersCopies) {
@@ -481,7 +482,7 @@ TEST(CrossShape, UniqueFromASharedBlockWithOtherOwnersCopies) {
 TEST(CrossShape, UniqueAssignedFromAnEmptySharedTakesTheEmptyData) {
   ICStringUnique u("abc");
   u = ICStringShared();
-  EXPECT_TRUE(u._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(u));
 }
 
 TEST(CrossShape, SharedFromUniqueTakesTheBlock) {
@@ -489,7 +490,7 @@ TEST(CrossShape, SharedFromUniqueTakesTheBlock) {
   const char* block = u.GetText();
   ICStringShared s(std::move(u));
   EXPECT_EQ(s.GetText(), block);
-  EXPECT_TRUE(u._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(u));
   EXPECT_EQ(ShareWord(block), 0);
 }
 
@@ -508,7 +509,7 @@ TEST(CrossShape, ViewFromUniqueTakesTheBlockAndOwnsIt) {
   ICStringView v(std::move(u));
   EXPECT_EQ(v.GetText(), block);
   EXPECT_TRUE(v.OwnsBlock());
-  EXPECT_TRUE(u._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(u));
 }
 
 TEST(CrossShape, CopiesBetweenShapesAreDeep) {
@@ -544,13 +545,13 @@ TEST(Inline, StartsInItsBufferWithTheFlagsSet) {
 TEST(Inline, SpillsToTheHeapAndComesBack) {
   ICStringInlineW<4> s(u"abc");
   EXPECT_TRUE(s.IsInBuffer());
-  s._Reserve(10, ReserveKeepText);
+  ic::test::LayerAccess::_Reserve(s, 10, ReserveKeepText);
   EXPECT_FALSE(s.IsInBuffer());
   EXPECT_EQ(ShareWord(s.GetText()), InlineCapable);
   EXPECT_EQ(s.GetLength(), 3);
   // While spilled, an exact request that fits brings the text back.
   AllocationScope scope;
-  s._Reserve(4, ReserveExact | ReserveKeepText);
+  ic::test::LayerAccess::_Reserve(s, 4, ReserveExact | ReserveKeepText);
   EXPECT_TRUE(s.IsInBuffer());
   EXPECT_EQ(scope.Frees(), 1);
   EXPECT_EQ(s.GetLength(), 3);
@@ -560,10 +561,10 @@ TEST(Inline, SpillsToTheHeapAndComesBack) {
 TEST(Inline, ReleaseReturnsToTheBufferWithEmptyText) {
   ICStringInline<4> s("a longer text");
   ASSERT_FALSE(s.IsInBuffer());
-  s._ReleaseStorage();
+  ic::test::LayerAccess::_ReleaseStorage(s);
   EXPECT_TRUE(s.IsInBuffer());
   EXPECT_EQ(s.GetLength(), 0);
-  s._ReleaseStorage();
+  ic::test::LayerAccess::_ReleaseStorage(s);
   EXPECT_TRUE(s.IsInBuffer());
 }
 

@@ -12,6 +12,7 @@
 
 #include "block_probe.h"
 #include "counting_allocator.h"
+#include "layer_access.h"
 
 namespace ic {
 namespace {
@@ -40,8 +41,8 @@ TYPED_TEST_SUITE(StorageTest, UniqueWidths);
 
 TYPED_TEST(StorageTest, CapacityOf7fffIsShortAnd8000IsLong) {
   TypeParam shortForm, longForm;
-  shortForm._AllocateStorage(0x7fff);
-  longForm._AllocateStorage(0x8000);
+  ic::test::LayerAccess::_AllocateStorage(shortForm, 0x7fff);
+  ic::test::LayerAccess::_AllocateStorage(longForm, 0x8000);
   EXPECT_EQ(CapacityWord(shortForm.GetText()), 0x7fff);
   EXPECT_EQ(LengthWord(shortForm.GetText()), 0x8000);
   EXPECT_EQ(ShareWord(shortForm.GetText()), 0);
@@ -50,24 +51,24 @@ TYPED_TEST(StorageTest, CapacityOf7fffIsShortAnd8000IsLong) {
   EXPECT_EQ(LengthWord(longForm.GetText()), 0x8000);
   EXPECT_EQ(shortForm.GetCapacity(), 0x7fff);
   EXPECT_EQ(longForm.GetCapacity(), 0x8000);
-  shortForm._SetStringEnd(0);
-  longForm._SetStringEnd(0);
+  ic::test::LayerAccess::_SetStringEnd(shortForm, 0);
+  ic::test::LayerAccess::_SetStringEnd(longForm, 0);
 }
 
 TYPED_TEST(StorageTest, LongFormStoresNegatedHalves) {
   TypeParam s;
-  s._AllocateStorage(0x12345);
+  ic::test::LayerAccess::_AllocateStorage(s, 0x12345);
   EXPECT_EQ(s.GetCapacity(), 0x12345);
   const uint32_t negCap = 0u - 0x12345u;
   EXPECT_EQ(CapacityWord(s.GetText()), negCap >> 16);
   EXPECT_EQ(CapacityLow(s.GetText()), negCap & 0xffff);
-  Fill(s._GetBuffer(), 5, typename TypeParam::UnitType('x'));
-  s._SetStringEnd(5);
+  Fill(ic::test::LayerAccess::_GetBuffer(s), 5, typename TypeParam::UnitType('x'));
+  ic::test::LayerAccess::_SetStringEnd(s, 5);
   EXPECT_EQ(LengthWord(s.GetText()), 0xffff);
   EXPECT_EQ(LengthLow(s.GetText()), 0xfffb);
   EXPECT_EQ(s.GetLength(), 5);
-  Fill(s._GetBuffer(), 0x10001, typename TypeParam::UnitType('y'));
-  s._SetStringEnd(0x10001);
+  Fill(ic::test::LayerAccess::_GetBuffer(s), 0x10001, typename TypeParam::UnitType('y'));
+  ic::test::LayerAccess::_SetStringEnd(s, 0x10001);
   EXPECT_EQ(LengthWord(s.GetText()), 0xfffe);
   EXPECT_EQ(LengthLow(s.GetText()), 0xffff);
   EXPECT_EQ(s.GetLength(), 0x10001);
@@ -75,8 +76,8 @@ TYPED_TEST(StorageTest, LongFormStoresNegatedHalves) {
 
 TYPED_TEST(StorageTest, LongFormLengthZeroIsTwoZeroWords) {
   TypeParam s;
-  s._AllocateStorage(0x8000);
-  s._SetStringEnd(0);
+  ic::test::LayerAccess::_AllocateStorage(s, 0x8000);
+  ic::test::LayerAccess::_SetStringEnd(s, 0);
   EXPECT_EQ(LengthWord(s.GetText()), 0);
   EXPECT_EQ(LengthLow(s.GetText()), 0);
   EXPECT_EQ(s.GetLength(), 0);
@@ -85,43 +86,43 @@ TYPED_TEST(StorageTest, LongFormLengthZeroIsTwoZeroWords) {
 TYPED_TEST(StorageTest, UnknownLengthIsMeasuredOnceAndStored) {
   using Unit = typename TypeParam::UnitType;
   TypeParam s;
-  s._AllocateStorage(10);
-  Fill(s._GetBuffer(), 5, Unit('a'));
-  s._GetBuffer()[5] = 0;
+  ic::test::LayerAccess::_AllocateStorage(s, 10);
+  Fill(ic::test::LayerAccess::_GetBuffer(s), 5, Unit('a'));
+  ic::test::LayerAccess::_GetBuffer(s)[5] = 0;
   EXPECT_EQ(LengthWord(s.GetText()), 0x8000);
   EXPECT_EQ(s.GetLength(), 5);
   EXPECT_EQ(LengthWord(s.GetText()), 5);
   // A second read uses the stored length and does not scan: moving the terminator is not seen.
-  s._GetBuffer()[5] = Unit('b');
-  s._GetBuffer()[6] = 0;
+  ic::test::LayerAccess::_GetBuffer(s)[5] = Unit('b');
+  ic::test::LayerAccess::_GetBuffer(s)[6] = 0;
   EXPECT_EQ(s.GetLength(), 5);
 }
 
 TYPED_TEST(StorageTest, SetStringEndOnEmptyDataThrowsOnlyForPositiveLengths) {
   TypeParam s;
-  EXPECT_NO_THROW(s._SetStringEnd(0));
-  EXPECT_NO_THROW(s._SetStringEnd(-3));
+  EXPECT_NO_THROW(ic::test::LayerAccess::_SetStringEnd(s, 0));
+  EXPECT_NO_THROW(ic::test::LayerAccess::_SetStringEnd(s, -3));
   try {
-    s._SetStringEnd(1);
+    ic::test::LayerAccess::_SetStringEnd(s, 1);
     FAIL() << "no exception";
   } catch (const std::logic_error& e) {
     EXPECT_STREQ(e.what(), "ICString::_SetStringEnd attempt to write to a NULL string!");
   }
   EXPECT_EQ(s.GetLength(), 0);
-  EXPECT_TRUE(s._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s));
 }
 
 TYPED_TEST(StorageTest, SetStringEndFromAnEndPointer) {
   using Unit = typename TypeParam::UnitType;
   TypeParam s;
-  s._AllocateStorage(8);
-  Fill(s._GetBuffer(), 8, Unit('e'));
-  s._SetStringEnd(s.GetText() + 4);
+  ic::test::LayerAccess::_AllocateStorage(s, 8);
+  Fill(ic::test::LayerAccess::_GetBuffer(s), 8, Unit('e'));
+  ic::test::LayerAccess::_SetStringEnd(s, s.GetText() + 4);
   EXPECT_EQ(s.GetLength(), 4);
   EXPECT_EQ(s.GetText()[4], 0);
   EXPECT_EQ(s.GetText()[5], Unit('e'));
   // The length is not compared with the capacity: only the terminator and the header change.
-  s._SetStringEnd(s.GetText() + 8);
+  ic::test::LayerAccess::_SetStringEnd(s, s.GetText() + 8);
   EXPECT_EQ(s.GetLength(), 8);
 }
 
@@ -129,68 +130,69 @@ TYPED_TEST(StorageTest, AllocationFailureThrowsRuntimeError) {
   TypeParam s;
   try {
     test::FailNothrowAllocations fail;
-    s._AllocateStorage(16);
+    ic::test::LayerAccess::_AllocateStorage(s, 16);
     FAIL() << "no exception";
   } catch (const std::runtime_error& e) {
     EXPECT_STREQ(e.what(), "ICString::_AllocateStorage out of memory!");
   }
   // The handle is still usable afterwards.
-  EXPECT_TRUE(s._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s));
 }
 
 TYPED_TEST(StorageTest, BlockSizeBeyond32BitsIsRefused) {
   TypeParam s;
-  EXPECT_THROW(s._AllocateStorage(0xffffffffu), std::bad_array_new_length);
-  EXPECT_TRUE(s._IsEmptyData());
+  EXPECT_THROW(ic::test::LayerAccess::_AllocateStorage(s, 0xffffffffu), std::bad_array_new_length);
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s));
 }
 
 TEST(StorageWide, OversizedWideRequestIsRefused) {
   ICStringUniqueW s;
   // 2 x (0x7fffffff + 1 + 5) does not fit in 32 bits.
-  EXPECT_THROW(s._AllocateStorage(0x7fffffffu), std::bad_array_new_length);
+  EXPECT_THROW(ic::test::LayerAccess::_AllocateStorage(s, 0x7fffffffu), std::bad_array_new_length);
 }
 
 TYPED_TEST(StorageTest, SingleUnitBlockHeader) {
   TypeParam s;
   {
     AllocationScope scope;
-    s._AllocateSingleUnit();
+    ic::test::LayerAccess::_AllocateSingleUnit(s);
     EXPECT_EQ(scope.Allocations(), 1);
   }
   EXPECT_EQ(LengthWord(s.GetText()), 0x8000);
   EXPECT_EQ(CapacityWord(s.GetText()), 1);
   EXPECT_EQ(ShareWord(s.GetText()), 0);
-  s._GetBuffer()[0] = 'q';
-  s._SetStringEnd(1);
+  ic::test::LayerAccess::_GetBuffer(s)[0] = 'q';
+  ic::test::LayerAccess::_SetStringEnd(s, 1);
   EXPECT_EQ(s.GetLength(), 1);
 }
 
 TYPED_TEST(StorageTest, ReserveWithoutExactNeverShrinks) {
   TypeParam s;
-  s._Reserve(20, ReserveTerminate);
+  ic::test::LayerAccess::_Reserve(s, 20, ReserveTerminate);
   const auto* block = s.GetText();
-  s._Reserve(10, 0);
+  ic::test::LayerAccess::_Reserve(s, 10, 0);
   EXPECT_EQ(s.GetText(), block);
   EXPECT_EQ(s.GetCapacity(), 20);
-  s._Reserve(20, 0);
+  ic::test::LayerAccess::_Reserve(s, 20, 0);
   EXPECT_EQ(s.GetText(), block);
 }
 
 TYPED_TEST(StorageTest, ReserveExactShrinksAndKeepTextCutsAtTheNewCapacity) {
   using Unit = typename TypeParam::UnitType;
   TypeParam s;
-  s._Reserve(20, 0);
-  Fill(s._GetBuffer(), 12, Unit('k'));
-  s._SetStringEnd(12);
-  s._Reserve(20, ReserveExact | ReserveKeepText);  // same capacity: nothing happens
+  ic::test::LayerAccess::_Reserve(s, 20, 0);
+  Fill(ic::test::LayerAccess::_GetBuffer(s), 12, Unit('k'));
+  ic::test::LayerAccess::_SetStringEnd(s, 12);
+  ic::test::LayerAccess::_Reserve(
+      s, 20, ReserveExact | ReserveKeepText);  // same capacity: nothing happens
   EXPECT_EQ(s.GetCapacity(), 20);
-  s._Reserve(8, ReserveExact | ReserveKeepText);
+  ic::test::LayerAccess::_Reserve(s, 8, ReserveExact | ReserveKeepText);
   EXPECT_EQ(s.GetCapacity(), 8);
   // The old length 12 is above the capacity: it stays unknown and no terminator is written.
   EXPECT_EQ(LengthWord(s.GetText()), 0x8000);
   for (int i = 0; i < 9; ++i)
     EXPECT_EQ(s.GetText()[i], Unit('k')) << i;
-  s._Reserve(6, ReserveExact | ReserveKeepText | ReserveTerminate);
+  ic::test::LayerAccess::_Reserve(s, 6, ReserveExact | ReserveKeepText | ReserveTerminate);
   EXPECT_EQ(s.GetCapacity(), 6);
   EXPECT_EQ(s.GetText()[6], 0);
   EXPECT_EQ(s.GetLength(), 6);
@@ -199,10 +201,10 @@ TYPED_TEST(StorageTest, ReserveExactShrinksAndKeepTextCutsAtTheNewCapacity) {
 TYPED_TEST(StorageTest, ReserveKeepTextCarriesAKnownLength) {
   using Unit = typename TypeParam::UnitType;
   TypeParam s;
-  s._Reserve(4, 0);
-  Fill(s._GetBuffer(), 3, Unit('m'));
-  s._SetStringEnd(3);
-  s._Reserve(100, ReserveKeepText);
+  ic::test::LayerAccess::_Reserve(s, 4, 0);
+  Fill(ic::test::LayerAccess::_GetBuffer(s), 3, Unit('m'));
+  ic::test::LayerAccess::_SetStringEnd(s, 3);
+  ic::test::LayerAccess::_Reserve(s, 100, ReserveKeepText);
   EXPECT_EQ(s.GetCapacity(), 100);
   EXPECT_EQ(LengthWord(s.GetText()), 3);
   EXPECT_EQ(s.GetText()[2], Unit('m'));
@@ -211,42 +213,42 @@ TYPED_TEST(StorageTest, ReserveKeepTextCarriesAKnownLength) {
 
 TYPED_TEST(StorageTest, ReserveWithoutKeepTextLeavesUnknownLength) {
   auto s = test::Make<TypeParam>("abc");
-  s._Reserve(50, 0);
+  ic::test::LayerAccess::_Reserve(s, 50, 0);
   EXPECT_EQ(LengthWord(s.GetText()), 0x8000);
-  s._GetBuffer()[0] = 0;
+  ic::test::LayerAccess::_GetBuffer(s)[0] = 0;
   EXPECT_EQ(s.GetLength(), 0);
 }
 
 TYPED_TEST(StorageTest, ReserveOnEmptyData) {
   TypeParam plain, terminated;
-  plain._Reserve(5, 0);
+  ic::test::LayerAccess::_Reserve(plain, 5, 0);
   EXPECT_EQ(LengthWord(plain.GetText()), 0x8000);
-  plain._SetStringEnd(0);
-  terminated._Reserve(5, ReserveKeepText);
+  ic::test::LayerAccess::_SetStringEnd(plain, 0);
+  ic::test::LayerAccess::_Reserve(terminated, 5, ReserveKeepText);
   EXPECT_EQ(LengthWord(terminated.GetText()), 0);
   EXPECT_EQ(terminated.GetText()[0], 0);
   TypeParam untouched;
   {
     AllocationScope scope;
-    untouched._Reserve(0, 0);
-    untouched._Reserve(0, ReserveExact | ReserveTerminate);
+    ic::test::LayerAccess::_Reserve(untouched, 0, 0);
+    ic::test::LayerAccess::_Reserve(untouched, 0, ReserveExact | ReserveTerminate);
     EXPECT_EQ(scope.Allocations(), 0);
   }
-  EXPECT_TRUE(untouched._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(untouched));
 }
 
 TYPED_TEST(StorageTest, ReserveZeroExactReleasesAHeapBlock) {
   auto s = test::Make<TypeParam>("text");
   AllocationScope scope;
-  s._Reserve(0, ReserveExact);
-  EXPECT_TRUE(s._IsEmptyData());
+  ic::test::LayerAccess::_Reserve(s, 0, ReserveExact);
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s));
   EXPECT_EQ(scope.Frees(), 1);
 }
 
 TYPED_TEST(StorageTest, ReserveZeroTerminateClearsButKeepsTheBlock) {
   auto s = test::Make<TypeParam>("text");
   const auto* block = s.GetText();
-  s._Reserve(0, ReserveTerminate);
+  ic::test::LayerAccess::_Reserve(s, 0, ReserveTerminate);
   EXPECT_EQ(s.GetText(), block);
   EXPECT_EQ(s.GetLength(), 0);
   EXPECT_EQ(s.GetCapacity(), 4);
@@ -255,10 +257,10 @@ TYPED_TEST(StorageTest, ReserveZeroTerminateClearsButKeepsTheBlock) {
 TYPED_TEST(StorageTest, TrimIdiomExactWithKeepText) {
   using Unit = typename TypeParam::UnitType;
   TypeParam s;
-  s._Reserve(1000, 0);
-  Fill(s._GetBuffer(), 7, Unit('t'));
-  s._SetStringEnd(7);
-  s._Reserve(s.GetLength(), ReserveExact | ReserveKeepText);
+  ic::test::LayerAccess::_Reserve(s, 1000, 0);
+  Fill(ic::test::LayerAccess::_GetBuffer(s), 7, Unit('t'));
+  ic::test::LayerAccess::_SetStringEnd(s, 7);
+  ic::test::LayerAccess::_Reserve(s, s.GetLength(), ReserveExact | ReserveKeepText);
   EXPECT_EQ(s.GetCapacity(), 7);
   EXPECT_EQ(s.GetLength(), 7);
   EXPECT_EQ(s.GetText()[7], 0);
@@ -273,15 +275,15 @@ TYPED_TEST(StorageTest, ClearTextKeepsTheBlock) {
   EXPECT_EQ(s.GetCapacity(), 5);
   TypeParam empty;
   empty.ClearText();
-  EXPECT_TRUE(empty._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(empty));
 }
 
 TYPED_TEST(StorageTest, ReleaseStorageReturnsToTheEmptyData) {
   auto s = test::Make<TypeParam>("hello");
-  s._ReleaseStorage();
-  EXPECT_TRUE(s._IsEmptyData());
-  s._ReleaseStorage();
-  EXPECT_TRUE(s._IsEmptyData());
+  ic::test::LayerAccess::_ReleaseStorage(s);
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s));
+  ic::test::LayerAccess::_ReleaseStorage(s);
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s));
 }
 
 TEST(EmptyData, BothBlocksAreZeroAndChecked) {
@@ -323,7 +325,7 @@ TEST(EmptyData, CheckFailsOnADirtyBlock) {
 TEST(EmptyData, UnknownLengthMarkIsMeasuredBackToZero) {
   // The one write that the empty data ever sees: a writer marks it unmeasured.
   ICStringUniqueW s;
-  s._SetStoredLength(UnknownLength);
+  ic::test::LayerAccess::_SetStoredLength(s, UnknownLength);
   EXPECT_EQ(LengthWord(EmptyText<char16_t>()), 0x8000);
   EXPECT_EQ(s.GetLength(), 0);
   EXPECT_EQ(LengthWord(EmptyText<char16_t>()), 0);
@@ -335,9 +337,9 @@ TEST(EmptyData, UnknownLengthMarkIsMeasuredBackToZero) {
 TEST(StorageHuge, LengthsCollidingWithTheMarkAreMeasured) {
   constexpr int32_t length = 0x7fff0001;
   ICStringUnique s;
-  s._AllocateStorage(static_cast<uint32_t>(length));
-  std::memset(s._GetBuffer(), 'z', static_cast<size_t>(length));
-  s._SetStringEnd(length);
+  ic::test::LayerAccess::_AllocateStorage(s, static_cast<uint32_t>(length));
+  std::memset(ic::test::LayerAccess::_GetBuffer(s), 'z', static_cast<size_t>(length));
+  ic::test::LayerAccess::_SetStringEnd(s, length);
   EXPECT_EQ(LengthWord(s.GetText()), 0x8000);
   EXPECT_EQ(LengthLow(s.GetText()), 0xffff);
   EXPECT_EQ(s.GetLength(), length);
@@ -390,23 +392,23 @@ TYPED_TEST(SharedStorageTest, DetachGivesAnOwnCopyAndDropsAnOwner) {
   auto a = test::Make<TypeParam>("abcdef");
   TypeParam b(a);
   EXPECT_EQ(ShareWord(a.GetText()), 1);
-  b._Detach(-1);
+  ic::test::LayerAccess::_Detach(b, -1);
   EXPECT_NE(a.GetText(), b.GetText());
   EXPECT_EQ(ShareWord(a.GetText()), 0);
   EXPECT_EQ(ShareWord(b.GetText()), 0);
   EXPECT_EQ(b.GetCapacity(), 6);
   EXPECT_EQ(LengthWord(b.GetText()), 6);
-  b._GetBuffer()[0] = 'X';
+  ic::test::LayerAccess::_GetBuffer(b)[0] = 'X';
   EXPECT_EQ(a.GetText()[0], 'a');
 }
 
 TYPED_TEST(SharedStorageTest, DetachToASmallerCapacityLeavesTheLengthUnknown) {
   auto a = test::Make<TypeParam>("abcdef");
   TypeParam b(a);
-  b._Detach(3);
+  ic::test::LayerAccess::_Detach(b, 3);
   EXPECT_EQ(b.GetCapacity(), 3);
   EXPECT_EQ(LengthWord(b.GetText()), 0x8000);
-  b._SetStringEnd(3);
+  ic::test::LayerAccess::_SetStringEnd(b, 3);
   EXPECT_EQ(b.GetLength(), 3);
   EXPECT_EQ(a.GetLength(), 6);
 }
@@ -414,22 +416,22 @@ TYPED_TEST(SharedStorageTest, DetachToASmallerCapacityLeavesTheLengthUnknown) {
 TYPED_TEST(SharedStorageTest, DetachToZeroTakesTheEmptyData) {
   auto a = test::Make<TypeParam>("abc");
   TypeParam b(a);
-  b._Detach(0);
-  EXPECT_TRUE(b._IsEmptyData());
+  ic::test::LayerAccess::_Detach(b, 0);
+  EXPECT_TRUE(ic::test::HoldsEmptyData(b));
   EXPECT_EQ(ShareWord(a.GetText()), 0);
 }
 
 TYPED_TEST(SharedStorageTest, ReallocateDetachedCopiesTheOldCapacityAndForgetsTheLength) {
   auto a = test::Make<TypeParam>("abc");
   TypeParam b(a);
-  b._ReallocateDetached(10);
+  ic::test::LayerAccess::_ReallocateDetached(b, 10);
   EXPECT_EQ(b.GetCapacity(), 10);
   EXPECT_EQ(LengthWord(b.GetText()), 0x8000);
   EXPECT_EQ(b.GetLength(), 3);  // measured through the copied terminator
   EXPECT_EQ(ShareWord(a.GetText()), 0);
   auto sole = test::Make<TypeParam>("xy");
   AllocationScope scope;
-  sole._ReallocateDetached(5);
+  ic::test::LayerAccess::_ReallocateDetached(sole, 5);
   EXPECT_EQ(scope.Frees(), 1);  // a sole owner's old block is freed
   EXPECT_EQ(sole.GetLength(), 2);
 }
@@ -454,7 +456,7 @@ TEST(ViewStorage, MakeOwnedCopiesAndLeavesTheBlockUnmeasured) {
   EXPECT_FALSE(v.OwnsBlock());
   EXPECT_EQ(v.GetLength(), 3);
   EXPECT_EQ(v.ViewLength(), 3);
-  v._MakeOwned();
+  ic::test::LayerAccess::_MakeOwned(v);
   EXPECT_TRUE(v.OwnsBlock());
   EXPECT_NE(v.GetText(), foreign);
   EXPECT_EQ(v.GetCapacity(), 3);
@@ -476,9 +478,9 @@ TEST(ViewStorage, ClearTextOnAForeignViewWritesThroughThePointer) {
 TEST(ViewStorage, MakeOwnedOfAnEmptyViewTakesTheEmptyData) {
   ICStringViewW v(u"");
   AllocationScope scope;
-  v._MakeOwned();
+  ic::test::LayerAccess::_MakeOwned(v);
   EXPECT_EQ(scope.Allocations(), 0);
-  EXPECT_TRUE(v._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(v));
   EXPECT_TRUE(v.OwnsBlock());
 }
 

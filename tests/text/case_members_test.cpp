@@ -6,6 +6,7 @@
 #include <ic/string/ic_string.h>
 
 #include "../string/block_probe.h"
+#include "../string/layer_access.h"
 
 namespace ic {
 namespace {
@@ -89,7 +90,7 @@ TYPED_TEST(NarrowCase, EmptyStringStaysTheEmptyData) {
   s.MakeLower();
   s.MakeUpper(true);
   s.Capitalize();
-  EXPECT_TRUE(s._IsEmptyData());
+  EXPECT_TRUE(ic::test::HoldsEmptyData(s));
   EXPECT_EQ(s.GetLength(), 0);
 }
 

@@ -31,18 +31,18 @@ template <class Unit>
 class IC_API CodeLookup {
  public:
   explicit CodeLookup(const Unit* set);
-  bool IsEmpty() const noexcept { return needle_.IsEmpty(); }
+  bool IsEmpty() const noexcept { return _needle.IsEmpty(); }
   bool Contains(uint32_t code) const noexcept {
-    if (code < 128) return (ascii_[code >> 6] >> (code & 63)) & 1;
-    for (const auto* c = needle_.Codes(); *c != 0; ++c)
+    if (code < 128) return (_ascii[code >> 6] >> (code & 63)) & 1;
+    for (const auto* c = _needle.Codes(); *c != 0; ++c)
       if (*c == code) return true;
     return false;
   }
-  const SearchNeedle<Unit>& Needle() const noexcept { return needle_; }
+  const SearchNeedle<Unit>& Needle() const noexcept { return _needle; }
 
  private:
-  SearchNeedle<Unit> needle_;
-  uint64_t ascii_[2] = {0, 0};
+  SearchNeedle<Unit> _needle;
+  uint64_t _ascii[2] = {0, 0};
 };
 
 /// The set of KeepOnly: single members and inclusive ranges, from a text in which "a..z" (a
@@ -55,8 +55,8 @@ class IC_API RangeSpec {
   bool Contains(uint32_t code) const noexcept;
 
  private:
-  std::vector<uint32_t> singles_;
-  std::vector<uint32_t> ranges_;  // pairs: first, last
+  std::vector<uint32_t> _singles;
+  std::vector<uint32_t> _ranges;  // pairs: first, last
 };
 
 /// Each core answers the new length, or -1 when the text needed no change (the block was then
