@@ -111,8 +111,9 @@ TEST(QuotedPrintable, SoftBreakAfterThe71stLetter) {
   const std::u16string expected = letters.substr(0, 71) + u"=\r\n" + letters.substr(71);
   EXPECT_EQ(QP(letters), expected);
   // An encoded piece is never split: the break follows it whole.
-  const std::u16string mixed = std::u16string(69, u'a') + u"==b";
-  EXPECT_EQ(QP(mixed), std::u16string(69, u'a') + u"=3D=3D=\r\nb");
+  const std::u16string run(69, u'a');
+  const std::u16string mixed = run + u"==b";
+  EXPECT_EQ(QP(mixed), run + u"=3D=3D=\r\nb");
 }
 
 TEST(QuotedPrintable, BlankWithSoftBreakBeforeLineEnd) {

@@ -190,7 +190,10 @@ TYPED_TEST(LongChain, GuardFindsTheTargetInTheTail) {
   EXPECT_EQ(TextOf(s), Units<Unit>("xxxxxxxxxxxxxxxxxxselfx"));
   const std::basic_string<Unit> before = TextOf(s);
   s.Append(t + t + t + t + t + t + t + t + t + t + t + t + t + t + t + t + t + t + s);
-  EXPECT_EQ(TextOf(s), before + std::basic_string<Unit>(18, Unit('x')) + before);
+  std::basic_string<Unit> expected = before;
+  expected.append(18, Unit('x'));
+  expected += before;
+  EXPECT_EQ(TextOf(s), expected);
 }
 
 TYPED_TEST(LongChain, GetChainTextOfALongChain) {
