@@ -3,6 +3,8 @@
 #include <cstring>
 #include <memory>
 
+#include <ic/platform/internal/ascii_case.h>
+#include <ic/platform/internal/wide_case_memo.h>
 #include <ic/platform/wide_runtime.h>
 #include <ic/string/ic_string.h>
 #include <ic/string/internal/edit_target.h>
@@ -31,7 +33,7 @@ struct UpperMap {
 
 // Narrow MakeLower / MakeUpper.
 template <class Map>
-void MapNarrow(internal::EditTarget<char>& self, bool fast, Map map) {
+void MapNarrow(internal::EditTarget<char>& self, bool fast, Map map, bool upper) {
   const char* const text = self.Text;
   const char* const first = internal::FindFirstChange(text, map, fast);
   if (first == nullptr) return;
@@ -42,13 +44,25 @@ void MapNarrow(internal::EditTarget<char>& self, bool fast, Map map) {
     internal::MapSameSize(self.MakeRoom(self.String, length) + offset, map);
     return;
   }
-  // Measure on the text as it is, so that the one preparation below also makes all the room.
-  const internal::MapMeasure m = internal::MeasureMapped(first, map);
-  const int64_t needed = offset + m.total;
-  char* const buffer =
+  // In place while every code point keeps its byte length, runs of ASCII by the vector kernels;
+  // from the first that does not, measure the rest (still as it was) and rewrite it.
+  char* const buffer = self.MakeRoom(self.String, length);
+  const auto asciiRun = [upper](char* p, size_t n) {
+    return platform::internal::MapAsciiCaseRun(p, n, upper);
+  };
+  const char* const stop =
+      internal::MapWhileSameSize(buffer + offset, buffer + length, map, asciiRun);
+  const auto at = static_cast<int32_t>(stop - buffer);
+  if (at == length) {
+    self.SetLength(self.String, length);
+    return;
+  }
+  const internal::MapMeasure m = internal::MeasureMapped(stop, map);
+  const int64_t needed = at + m.total;
+  char* const grown =
       self.MakeRoom(self.String, needed > length ? static_cast<int32_t>(needed) : length);
-  const char* const end = internal::RewriteMapped(buffer + offset, m, map);
-  self.SetLength(self.String, static_cast<int32_t>(end - buffer));
+  const char* const end = internal::RewriteMapped(grown + at, m, map);
+  self.SetLength(self.String, static_cast<int32_t>(end - grown));
 }
 
 // Wide MakeLower / MakeUpper.
@@ -61,9 +75,8 @@ void MapWide(internal::EditTarget<char16_t>& self, bool fast, bool upper) {
     while (first < length && static_cast<char16_t>(text[first] - from) >= 26)
       ++first;
   } else {
-    auto map = upper ? platform::towupper : platform::towlower;
-    while (first < length && map(text[first]) == text[first])
-      ++first;
+    first = static_cast<int32_t>(
+        platform::internal::FindFirstWideCaseChange(text, static_cast<size_t>(length), upper));
   }
   if (first == length) return;
   char16_t* const buffer = self.MakeRoom(self.String, length);
@@ -74,12 +87,8 @@ void MapWide(internal::EditTarget<char16_t>& self, bool fast, bool upper) {
       if (static_cast<char16_t>(buffer[i] - from) < 26)
         buffer[i] = static_cast<char16_t>(buffer[i] + delta);
   } else {
-    const size_t size =
-        static_cast<size_t>(self.GetCapacity(self.String)) + 1 - static_cast<size_t>(first);
-    if (upper)
-      platform::_wcsupr_s(buffer + first, size);
-    else
-      platform::_wcslwr_s(buffer + first, size);
+    // Up to the first zero unit, as _wcsupr_s and _wcslwr_s map.
+    platform::internal::MapWideCase(buffer + first, static_cast<size_t>(length - first), upper);
   }
 }
 
@@ -182,7 +191,7 @@ auto ICStringCaseMembers<BasicICString<Unit, Storage>>::MakeLower(bool fast) -> 
   auto& self = Self();
   auto target = internal::EditTarget<Unit>::Of(self);
   if constexpr (sizeof(Unit) == 1)
-    MapNarrow(target, fast, LowerMap{});
+    MapNarrow(target, fast, LowerMap{}, false);
   else
     MapWide(target, fast, false);
   return self;
@@ -193,7 +202,7 @@ auto ICStringCaseMembers<BasicICString<Unit, Storage>>::MakeUpper(bool fast) -> 
   auto& self = Self();
   auto target = internal::EditTarget<Unit>::Of(self);
   if constexpr (sizeof(Unit) == 1)
-    MapNarrow(target, fast, UpperMap{});
+    MapNarrow(target, fast, UpperMap{}, true);
   else
     MapWide(target, fast, true);
   return self;
