@@ -1,5 +1,6 @@
 #include <ic/text/case_members.h>
 
+#include <array>
 #include <cstring>
 #include <memory>
 
@@ -16,20 +17,46 @@ namespace ic {
 namespace {
 
 // ToLowerCodePoint and ToUpperCodePoint with the table lookup inlined into the passes.
-struct LowerMap {
+struct LowerRule {
   uint32_t operator()(uint32_t code) const noexcept {
     if (code < 0x80) return (code - 'A' < 26u) ? code + 32 : code;
     const CaseRecord* record = LookupCaseRecord(code);
     return record ? record->lower : code;
   }
 };
-struct UpperMap {
+struct UpperRule {
   uint32_t operator()(uint32_t code) const noexcept {
     if (code < 0x80) return (code - 'a' < 26u) ? code - 32 : code;
     const CaseRecord* record = LookupCaseRecord(code);
     return record ? record->upper : code;
   }
 };
+
+// The code points of one and two UTF-8 bytes, where the Latin, Greek and Cyrillic letters lie:
+// their mapping by the rule, made once on first use, so that a letter costs one load.
+constexpr uint32_t SmallCodes = 0x800;
+
+template <class Rule>
+const uint32_t* SmallCodeMapping() {
+  static const auto mapping = [] {
+    std::array<uint32_t, SmallCodes> table{};
+    for (uint32_t code = 0; code < SmallCodes; ++code)
+      table[code] = Rule{}(code);
+    return table;
+  }();
+  return mapping.data();
+}
+
+// The rule, through the mapping of the small code points.
+template <class Rule>
+struct SmallFirstMap {
+  const uint32_t* small = SmallCodeMapping<Rule>();
+  uint32_t operator()(uint32_t code) const noexcept {
+    return code < SmallCodes ? small[code] : Rule{}(code);
+  }
+};
+using LowerMap = SmallFirstMap<LowerRule>;
+using UpperMap = SmallFirstMap<UpperRule>;
 
 // Narrow MakeLower / MakeUpper.
 template <class Map>
