@@ -66,23 +66,22 @@ std::u16string WideReference(const std::u16string& text, bool upper) {
   return out;
 }
 
+// MakeUpper or MakeLower (full mode) on a unique string made of `text`, as a standard string.
+template <class S, class Text>
+Text Mapped(const Text& text, bool upper) {
+  S s(text.data(), static_cast<int32_t>(text.size()));
+  if (upper)
+    s.MakeUpper();
+  else
+    s.MakeLower();
+  return Text(s.GetText(), static_cast<size_t>(s.GetLength()));
+}
+
 void Check(const std::string& narrow, const std::u16string& wide) {
   for (const bool upper : {true, false}) {
-    ICStringUnique n(narrow.data(), static_cast<int32_t>(narrow.size()));
-    if (upper)
-      n.MakeUpper();
-    else
-      n.MakeLower();
-    ASSERT_EQ(std::string(n.GetText(), static_cast<size_t>(n.GetLength())),
-              NarrowReference(narrow, upper))
+    ASSERT_EQ(Mapped<ICStringUnique>(narrow, upper), NarrowReference(narrow, upper))
         << (upper ? "upper " : "lower ") << narrow.size() << " bytes";
-    ICStringUniqueW w(wide.data(), static_cast<int32_t>(wide.size()));
-    if (upper)
-      w.MakeUpper();
-    else
-      w.MakeLower();
-    ASSERT_EQ(std::u16string(w.GetText(), static_cast<size_t>(w.GetLength())),
-              WideReference(wide, upper))
+    ASSERT_EQ(Mapped<ICStringUniqueW>(wide, upper), WideReference(wide, upper))
         << (upper ? "upper " : "lower ") << wide.size() << " units";
   }
 }
