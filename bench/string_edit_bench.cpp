@@ -64,6 +64,12 @@ std::string Absl4(const Words& w) {
 std::string Absl8(const Words& w) {
   return absl::StrCat(w.std[0], " | ", w.std[1], " / ", w.std[2], " - ", w.std[3], " + ");
 }
+// Bytes of the concatenated text, the same for every alternative.
+template <int N>
+int64_t ResultBytes(const Words& w) {
+  return static_cast<int64_t>((N == 2 ? Std2(w) : N == 4 ? Std4(w) : Std8(w)).size());
+}
+
 void Ours2(ICStringUnique& r, const Words& w) {
   r.Assign(w.ours[0] + " | ");
 }
@@ -81,6 +87,7 @@ void ConcatStd(benchmark::State& state) {
     std::string r = N == 2 ? Std2(w) : N == 4 ? Std4(w) : Std8(w);
     benchmark::DoNotOptimize(r.data());
   }
+  state.SetBytesProcessed(state.iterations() * ResultBytes<N>(w));
 }
 template <int N>
 void ConcatAbsl(benchmark::State& state) {
@@ -89,6 +96,7 @@ void ConcatAbsl(benchmark::State& state) {
     std::string r = N == 2 ? Absl2(w) : N == 4 ? Absl4(w) : Absl8(w);
     benchmark::DoNotOptimize(r.data());
   }
+  state.SetBytesProcessed(state.iterations() * ResultBytes<N>(w));
 }
 // Each iteration makes a new string, as the alternatives do.
 template <int N>
@@ -104,6 +112,7 @@ void ConcatOurs(benchmark::State& state) {
       Ours8(r, w);
     benchmark::DoNotOptimize(r.GetText());
   }
+  state.SetBytesProcessed(state.iterations() * ResultBytes<N>(w));
 }
 
 // --- Builder ---------------------------------------------------------------------------------
@@ -112,6 +121,7 @@ constexpr size_t kMiB = 1 << 20;
 
 struct Pieces {
   std::vector<std::string> texts;
+  int64_t bytes = 0;
   Pieces() {
     std::mt19937 rng(7);
     size_t total = 0;
@@ -121,6 +131,7 @@ struct Pieces {
       for (size_t i = 0; i < length; ++i)
         t += static_cast<char>('a' + rng() % 26);
       total += length;
+      bytes += static_cast<int64_t>(length);
       texts.push_back(std::move(t));
     }
   }
@@ -138,6 +149,7 @@ void BuildStd(benchmark::State& state) {
       r.append(t.data(), t.size());
     benchmark::DoNotOptimize(r.data());
   }
+  state.SetBytesProcessed(state.iterations() * p.bytes);
 }
 void BuildOurs(benchmark::State& state) {
   const Pieces& p = ThePieces();
@@ -148,6 +160,7 @@ void BuildOurs(benchmark::State& state) {
       b.Add(t.data(), static_cast<int32_t>(t.size()));
     benchmark::DoNotOptimize(r.GetText());
   }
+  state.SetBytesProcessed(state.iterations() * p.bytes);
 }
 
 // --- ReplaceAll ------------------------------------------------------------------------------
@@ -183,6 +196,7 @@ void ReplaceAbsl(benchmark::State& state) {
     std::string r = absl::StrReplaceAll(source, {{kNeedle, replacement}});
     benchmark::DoNotOptimize(r.data());
   }
+  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(source.size()));
 }
 // Each iteration copies the source into a string and replaces in place: a fresh string, as the
 // alternative makes one.
@@ -194,6 +208,7 @@ void ReplaceOurs(benchmark::State& state) {
     r.ReplaceAll(kNeedle, -1, replacement, -1);
     benchmark::DoNotOptimize(r.GetText());
   }
+  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(source.size()));
 }
 
 // --- Checks ----------------------------------------------------------------------------------

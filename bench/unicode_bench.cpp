@@ -1,7 +1,8 @@
 // Unicode data: membership of random code points in large rows of the tables (the category L
 // and the script Zyyy) against ICU's UnicodeSet::contains on sets made from the same properties;
-// and the language module's load: dlopen and dlclose of icres_zh in a loop, which builds and
-// frees the catalogues and the four Unicode tables each time, with the heap that a load holds.
+// and the language module's load: dlopen, GetFirstResourceStringLibrary and dlclose of icres_zh in
+// a loop, which builds and frees the catalogues and the four Unicode tables each time, with the
+// heap that a load holds.
 //
 // A row is searched as a consumer of the tables does: a binary search by `first` over its
 // sorted ranges. ICU's sets come from its own (newer) Unicode data,
@@ -13,11 +14,14 @@
 #include <unicode/uniset.h>
 #include <unicode/unistr.h>
 
+#include <time.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <random>
 #include <vector>
 
@@ -97,6 +101,8 @@ void MembershipOurs(benchmark::State& state, const MembershipCase* c) {
     benchmark::DoNotOptimize(hits);
   }
   state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * c->codes.size()));
+  // A code point counted as the 4 bytes of its UTF-32 form.
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * c->codes.size() * 4));
 }
 
 void MembershipIcu(benchmark::State& state, const MembershipCase* c) {
@@ -107,30 +113,56 @@ void MembershipIcu(benchmark::State& state, const MembershipCase* c) {
     benchmark::DoNotOptimize(hits);
   }
   state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * c->codes.size()));
+  // A code point counted as the 4 bytes of its UTF-32 form.
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * c->codes.size() * 4));
 }
 
 size_t HeapInUse() {
   return mallinfo2().uordblks;
 }
 
-// One load and unload of the module per iteration; the counter is the heap that a load holds
-// until it is unloaded (the module's start-up and the loader's own records).
-void ModuleLoadUnload(benchmark::State& state) {
-  size_t heapPerLoad = 0;
-  for (auto _ : state) {
-    const size_t before = HeapInUse();
-    void* module = dlopen(IC_BENCH_MODULE_PATH, RTLD_NOW | RTLD_LOCAL);
-    if (module == nullptr) {
-      state.SkipWithError(dlerror());
-      return;
-    }
-    heapPerLoad = HeapInUse() - before;
+using GetFirstFn = void* (*)();
+
+// One cycle as a host makes it: dlopen, look up and call GetFirstResourceStringLibrary, dlclose.
+// Returns the heap that the loaded module held before dlclose (its start-up, the catalogues, the
+// tables and the loader's own records), or -1 if the module did not load.
+int64_t LoadCallUnload() {
+  const size_t before = HeapInUse();
+  void* module = dlopen(IC_BENCH_MODULE_PATH, RTLD_NOW | RTLD_LOCAL);
+  if (module == nullptr) return -1;
+  const auto getFirst =
+      reinterpret_cast<GetFirstFn>(dlsym(module, "GetFirstResourceStringLibrary"));
+  if (getFirst == nullptr || getFirst() == nullptr) {
     dlclose(module);
+    return -1;
   }
-  state.counters["heap_bytes_per_load"] = static_cast<double>(heapPerLoad);
+  const auto heap = static_cast<int64_t>(HeapInUse() - before);
+  dlclose(module);
+  return heap;
 }
 
-// The four tables alone, loaded and freed in this process.
+int64_t ModuleFileBytes() {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(IC_BENCH_MODULE_PATH, error);
+  return error ? 0 : static_cast<int64_t>(size);
+}
+
+// One cycle per iteration; the counter is the heap that a load holds until it is unloaded. The
+// bytes are those of the module's file, loaded once per cycle.
+void ModuleLoadUnload(benchmark::State& state) {
+  int64_t heapPerLoad = 0;
+  for (auto _ : state) {
+    heapPerLoad = LoadCallUnload();
+    if (heapPerLoad < 0) {
+      state.SkipWithError("the module did not load or has no GetFirstResourceStringLibrary");
+      return;
+    }
+  }
+  state.counters["heap_bytes_per_load"] = static_cast<double>(heapPerLoad);
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * ModuleFileBytes());
+}
+
+// The four tables alone, loaded and freed in this process; the bytes are those the tables hold.
 void TablesLoadUnload(benchmark::State& state) {
   size_t heap = 0;
   for (auto _ : state) {
@@ -143,28 +175,38 @@ void TablesLoadUnload(benchmark::State& state) {
     internal::UnloadUnicodeBlockTable();
   }
   state.counters["heap_bytes_per_load"] = static_cast<double>(heap);
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * heap));
 }
 
-// Wall time and heap of one load, measured directly over many loads for the goal lines.
+double ProcessCpuSeconds() {
+  timespec t{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
+  return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
+}
+
+// Wall and CPU time of whole cycles and the largest heap of one load, measured directly over
+// many cycles for the goal lines. The goal is judged on CPU time, which other programs on a
+// shared machine do not inflate; the wall time is printed beside it.
 void PrintModuleGoals() {
-  constexpr int Loads = 200;
-  double seconds = 0;
-  size_t heap = 0;
-  for (int i = 0; i < Loads; ++i) {
-    const size_t before = HeapInUse();
-    const auto t0 = std::chrono::steady_clock::now();
-    void* module = dlopen(IC_BENCH_MODULE_PATH, RTLD_NOW | RTLD_LOCAL);
-    const auto t1 = std::chrono::steady_clock::now();
-    Require(module != nullptr, "dlopen of the module");
-    heap = std::max(heap, HeapInUse() - before);
-    dlclose(module);
-    seconds += std::chrono::duration<double>(t1 - t0).count();
+  constexpr int Cycles = 200;
+  int64_t heap = 0;
+  const double cpu0 = ProcessCpuSeconds();
+  const auto t0 = std::chrono::steady_clock::now();
+  for (int i = 0; i < Cycles; ++i) {
+    const int64_t held = LoadCallUnload();
+    Require(held >= 0, "dlopen of the module and its GetFirstResourceStringLibrary");
+    heap = std::max(heap, held);
   }
-  const double ms = seconds / Loads * 1e3;
-  std::printf("module load (dlopen, %d loads): %.3f ms per load, goal < 2 ms: %s\n", Loads, ms,
-              ms < 2 ? "met" : "NOT MET");
-  std::printf("module load heap: %zu bytes (%.1f KiB) per load, goal < 128 KiB: %s\n", heap,
-              heap / 1024.0, heap < 128 * 1024 ? "met" : "NOT MET");
+  const auto t1 = std::chrono::steady_clock::now();
+  const double cpuMs = (ProcessCpuSeconds() - cpu0) / Cycles * 1e3;
+  const double wallMs = std::chrono::duration<double>(t1 - t0).count() / Cycles * 1e3;
+  std::printf(
+      "module cycle (dlopen + GetFirstResourceStringLibrary + dlclose, %d cycles): %.3f ms CPU "
+      "(%.3f ms wall) per cycle, goal < 2 ms: %s\n",
+      Cycles, cpuMs, wallMs, cpuMs < 2 ? "met" : "NOT MET");
+  std::printf("module load heap: %lld bytes (%.1f KiB) per load, goal < 128 KiB: %s\n",
+              static_cast<long long>(heap), static_cast<double>(heap) / 1024.0,
+              heap < 128 * 1024 ? "met" : "NOT MET");
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 // Included by number_format.h; not meant to be included on its own.
 #pragma once
 
+#include <bit>
 #include <cstdint>
+#include <cstring>
 
 namespace ic::internal {
 
@@ -38,21 +40,39 @@ inline Unit* WriteDigits32(Unit* end, uint32_t value) noexcept {
   return p;
 }
 
+/// The eight digits of `value` (below 10^8, with leading zeros) as bytes, the first in the lowest
+/// byte: two fours, four pairs and eight digits split by multiplications in lanes of one word.
+inline uint64_t EightDigitBytes(uint32_t value) noexcept {
+  const uint64_t x = value;
+  const uint64_t high = (x * 109951163) >> 40;         // value / 10000
+  uint64_t lanes = high | ((x - high * 10000) << 32);  // 32-bit lanes: the two fours
+  const uint64_t hundreds = ((lanes * 10486) >> 20) & 0x0000007F0000007Fu;
+  lanes = hundreds | ((lanes - hundreds * 100) << 16);  // 16-bit lanes: the four pairs
+  const uint64_t tens = ((lanes * 103) >> 10) & 0x000F000F000F000Fu;
+  lanes = tens | ((lanes - tens * 10) << 8);  // bytes: the eight digits
+  return lanes + 0x3030303030303030u;
+}
+
 /// The same for 64 bits: eight digits at a time while the value has more, each eight from one
-/// division (by a constant: a multiplication by its reciprocal) and four independent pairs; the
-/// rest, below 10^8, goes the 32-bit way.
+/// division (by a constant: a multiplication by its reciprocal); the rest, below 10^8, goes the
+/// 32-bit way. Narrow text on a little-endian machine stores each eight as one word.
 template <class Unit>
 inline Unit* WriteDigits64(Unit* end, uint64_t value) noexcept {
   Unit* p = end;
   while (value >= 100000000) {
     const auto eight = static_cast<uint32_t>(value % 100000000);
     value /= 100000000;
-    const uint32_t high = eight / 10000, low = eight % 10000;
     p -= 8;
-    WriteDigitPair(p, high / 100);
-    WriteDigitPair(p + 2, high % 100);
-    WriteDigitPair(p + 4, low / 100);
-    WriteDigitPair(p + 6, low % 100);
+    if constexpr (sizeof(Unit) == 1 && std::endian::native == std::endian::little) {
+      const uint64_t bytes = EightDigitBytes(eight);
+      std::memcpy(p, &bytes, 8);
+    } else {
+      const uint32_t high = eight / 10000, low = eight % 10000;
+      WriteDigitPair(p, high / 100);
+      WriteDigitPair(p + 2, high % 100);
+      WriteDigitPair(p + 4, low / 100);
+      WriteDigitPair(p + 6, low % 100);
+    }
   }
   return WriteDigits32(p, static_cast<uint32_t>(value));
 }

@@ -30,6 +30,35 @@ size_t FindFirstRunPortable(const Unit* p, size_t from, size_t n, const UnitStop
   return n;
 }
 
+// The unit's ASCII upper-case form; units from 128 up stay as they are.
+inline uint32_t FoldAscii(uint32_t u) noexcept {
+  return u - 'a' < 26u ? u - 32 : u;
+}
+
+template <class Unit>
+size_t FindFoldedPairPortable(const Unit* p, size_t from, size_t n, uint32_t first,
+                              uint32_t second) noexcept {
+  using U = std::make_unsigned_t<Unit>;
+  for (size_t i = from; i < n; ++i) {
+    const uint32_t u = static_cast<U>(p[i]);
+    if (u >= 128) return i;
+    if (FoldAscii(u) != first) continue;
+    if (i + 1 == n) return i;
+    const uint32_t next = static_cast<U>(p[i + 1]);
+    if (next >= 128 || FoldAscii(next) == second) return i;
+  }
+  return n;
+}
+
+template <class Unit>
+size_t FindFolded(const Unit* p, size_t n, uint32_t first, uint32_t second) noexcept {
+  size_t from = 0;
+#ifdef IC_HAVE_AVX2_KERNELS
+  if (n >= 33 && UseVectorKernels()) from = FindFoldedPairAvx2(p, n, first, second);
+#endif
+  return FindFoldedPairPortable(p, from, n, first, second);
+}
+
 template <class Unit>
 size_t FindFirst(const Unit* p, size_t n, const UnitStopSet& set) noexcept {
   size_t from = 0;
@@ -49,6 +78,13 @@ size_t FindFirstRun(const Unit* p, size_t n, const UnitStopSet& set, uint32_t si
 }
 
 }  // namespace
+
+size_t FindFoldedPair(const char* p, size_t n, uint32_t first, uint32_t second) noexcept {
+  return FindFolded(p, n, first, second);
+}
+size_t FindFoldedPair(const char16_t* p, size_t n, uint32_t first, uint32_t second) noexcept {
+  return FindFolded(p, n, first, second);
+}
 
 size_t FindFirstInSet(const char* p, size_t n, const UnitStopSet& set) noexcept {
   return FindFirst(p, n, set);

@@ -120,6 +120,34 @@ size_t FindFirstRunWindows(const Unit* p, size_t n, const UnitStopSet& set, cons
   return i;
 }
 
+// The bytes of `bytes` with a-z made A-Z.
+inline __m256i FoldAscii(__m256i bytes) noexcept {
+  const __m256i lower = _mm256_and_si256(_mm256_cmpgt_epi8(bytes, _mm256_set1_epi8('a' - 1)),
+                                         _mm256_cmpgt_epi8(_mm256_set1_epi8('z' + 1), bytes));
+  return _mm256_sub_epi8(bytes, _mm256_and_si256(lower, _mm256_set1_epi8(0x20)));
+}
+
+// Windows of 32 starts, each with the window one unit further on for the units behind them.
+// Units from 128 up are bytes with the sign bit set (wide ones clamped by Window).
+template <class Unit>
+size_t FindFoldedPairWindows(const Unit* p, size_t n, uint32_t first, uint32_t second) noexcept {
+  const __m256i firsts = _mm256_set1_epi8(static_cast<char>(first));
+  // A second code from 128 up is matched by the sign test alone.
+  const __m256i seconds = _mm256_set1_epi8(static_cast<char>(second < 128 ? second : 0x80));
+  const __m256i zero = _mm256_setzero_si256();
+  size_t i = 0;
+  for (; i + 33 <= n; i += 32) {
+    const __m256i here = Window(p + i);
+    const __m256i next = Window(p + i + 1);
+    const __m256i nextFits =
+        _mm256_or_si256(_mm256_cmpeq_epi8(FoldAscii(next), seconds), _mm256_cmpgt_epi8(zero, next));
+    const __m256i pairs = _mm256_and_si256(_mm256_cmpeq_epi8(FoldAscii(here), firsts), nextFits);
+    const auto stops = static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_or_si256(pairs, here)));
+    if (stops != 0) return i + static_cast<size_t>(__builtin_ctz(stops));
+  }
+  return i;
+}
+
 template <class Unit>
 size_t FindFirst(const Unit* p, size_t n, const UnitStopSet& set) noexcept {
   const Classifier c = MakeClassifier(set);
@@ -134,6 +162,13 @@ size_t FindFirstRun(const Unit* p, size_t n, const UnitStopSet& set, uint32_t si
 }
 
 }  // namespace
+
+size_t FindFoldedPairAvx2(const char* p, size_t n, uint32_t first, uint32_t second) noexcept {
+  return FindFoldedPairWindows(p, n, first, second);
+}
+size_t FindFoldedPairAvx2(const char16_t* p, size_t n, uint32_t first, uint32_t second) noexcept {
+  return FindFoldedPairWindows(p, n, first, second);
+}
 
 size_t FindFirstInSetAvx2(const char* p, size_t n, const UnitStopSet& set) noexcept {
   return FindFirst(p, n, set);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include <ic/platform/code_page.h>
 #include <ic/platform/internal/vector_kernels.h>
@@ -276,7 +277,20 @@ char* WriteUTF8(const char16_t* text, const char16_t* end, char* out, char* outE
   if (platform::internal::UseVectorKernels()) {
     for (;;) {
       WriteUTF8Avx2(p, end, o, oEnd);
-      if (end - p < 16 || oEnd - o < 64) break;
+      if (end - p < 16) break;
+      if (oEnd - o < 64) {
+        // Near the end of the output the kernel writes into room of its own, and what it made is
+        // copied: the units it takes end on a character boundary, and their bytes, counted by
+        // the measuring walk, fit before outEnd.
+        unsigned char room[128];
+        unsigned char* r = room;
+        const char16_t* const from = p;
+        WriteUTF8Avx2(p, end, r, room + sizeof room);
+        std::memcpy(o, room, static_cast<size_t>(r - room));
+        o += r - room;
+        if (p != from) continue;
+        break;
+      }
       const char16_t* const stop = p + 16;  // the block that the kernel left, unit by unit
       while (p < stop)
         EncodeUnchecked(p, o);  // 16 units (and a pair's end) need 49 bytes

@@ -1,8 +1,11 @@
 #include <ic/text/case_members.h>
 
+#include <array>
 #include <cstring>
 #include <memory>
 
+#include <ic/platform/internal/ascii_case.h>
+#include <ic/platform/internal/wide_case_memo.h>
 #include <ic/platform/wide_runtime.h>
 #include <ic/string/ic_string.h>
 #include <ic/string/internal/edit_target.h>
@@ -14,14 +17,14 @@ namespace ic {
 namespace {
 
 // ToLowerCodePoint and ToUpperCodePoint with the table lookup inlined into the passes.
-struct LowerMap {
+struct LowerRule {
   uint32_t operator()(uint32_t code) const noexcept {
     if (code < 0x80) return (code - 'A' < 26u) ? code + 32 : code;
     const CaseRecord* record = LookupCaseRecord(code);
     return record ? record->lower : code;
   }
 };
-struct UpperMap {
+struct UpperRule {
   uint32_t operator()(uint32_t code) const noexcept {
     if (code < 0x80) return (code - 'a' < 26u) ? code - 32 : code;
     const CaseRecord* record = LookupCaseRecord(code);
@@ -29,9 +32,35 @@ struct UpperMap {
   }
 };
 
+// The code points of one and two UTF-8 bytes, where the Latin, Greek and Cyrillic letters lie:
+// their mapping by the rule, made once on first use, so that a letter costs one load.
+constexpr uint32_t SmallCodes = 0x800;
+
+template <class Rule>
+const uint32_t* SmallCodeMapping() {
+  static const auto mapping = [] {
+    std::array<uint32_t, SmallCodes> table{};
+    for (uint32_t code = 0; code < SmallCodes; ++code)
+      table[code] = Rule{}(code);
+    return table;
+  }();
+  return mapping.data();
+}
+
+// The rule, through the mapping of the small code points.
+template <class Rule>
+struct SmallFirstMap {
+  const uint32_t* small = SmallCodeMapping<Rule>();
+  uint32_t operator()(uint32_t code) const noexcept {
+    return code < SmallCodes ? small[code] : Rule{}(code);
+  }
+};
+using LowerMap = SmallFirstMap<LowerRule>;
+using UpperMap = SmallFirstMap<UpperRule>;
+
 // Narrow MakeLower / MakeUpper.
 template <class Map>
-void MapNarrow(internal::EditTarget<char>& self, bool fast, Map map) {
+void MapNarrow(internal::EditTarget<char>& self, bool fast, Map map, bool upper) {
   const char* const text = self.Text;
   const char* const first = internal::FindFirstChange(text, map, fast);
   if (first == nullptr) return;
@@ -42,13 +71,25 @@ void MapNarrow(internal::EditTarget<char>& self, bool fast, Map map) {
     internal::MapSameSize(self.MakeRoom(self.String, length) + offset, map);
     return;
   }
-  // Measure on the text as it is, so that the one preparation below also makes all the room.
-  const internal::MapMeasure m = internal::MeasureMapped(first, map);
-  const int64_t needed = offset + m.total;
-  char* const buffer =
+  // In place while every code point keeps its byte length, runs of ASCII by the vector kernels;
+  // from the first that does not, measure the rest (still as it was) and rewrite it.
+  char* const buffer = self.MakeRoom(self.String, length);
+  const auto asciiRun = [upper](char* p, size_t n) {
+    return platform::internal::MapAsciiCaseRun(p, n, upper);
+  };
+  const char* const stop =
+      internal::MapWhileSameSize(buffer + offset, buffer + length, map, asciiRun);
+  const auto at = static_cast<int32_t>(stop - buffer);
+  if (at == length) {
+    self.SetLength(self.String, length);
+    return;
+  }
+  const internal::MapMeasure m = internal::MeasureMapped(stop, map);
+  const int64_t needed = at + m.total;
+  char* const grown =
       self.MakeRoom(self.String, needed > length ? static_cast<int32_t>(needed) : length);
-  const char* const end = internal::RewriteMapped(buffer + offset, m, map);
-  self.SetLength(self.String, static_cast<int32_t>(end - buffer));
+  const char* const end = internal::RewriteMapped(grown + at, m, map);
+  self.SetLength(self.String, static_cast<int32_t>(end - grown));
 }
 
 // Wide MakeLower / MakeUpper.
@@ -61,9 +102,8 @@ void MapWide(internal::EditTarget<char16_t>& self, bool fast, bool upper) {
     while (first < length && static_cast<char16_t>(text[first] - from) >= 26)
       ++first;
   } else {
-    auto map = upper ? platform::towupper : platform::towlower;
-    while (first < length && map(text[first]) == text[first])
-      ++first;
+    first = static_cast<int32_t>(
+        platform::internal::FindFirstWideCaseChange(text, static_cast<size_t>(length), upper));
   }
   if (first == length) return;
   char16_t* const buffer = self.MakeRoom(self.String, length);
@@ -74,12 +114,8 @@ void MapWide(internal::EditTarget<char16_t>& self, bool fast, bool upper) {
       if (static_cast<char16_t>(buffer[i] - from) < 26)
         buffer[i] = static_cast<char16_t>(buffer[i] + delta);
   } else {
-    const size_t size =
-        static_cast<size_t>(self.GetCapacity(self.String)) + 1 - static_cast<size_t>(first);
-    if (upper)
-      platform::_wcsupr_s(buffer + first, size);
-    else
-      platform::_wcslwr_s(buffer + first, size);
+    // Up to the first zero unit, as _wcsupr_s and _wcslwr_s map.
+    platform::internal::MapWideCase(buffer + first, static_cast<size_t>(length - first), upper);
   }
 }
 
@@ -182,7 +218,7 @@ auto ICStringCaseMembers<BasicICString<Unit, Storage>>::MakeLower(bool fast) -> 
   auto& self = Self();
   auto target = internal::EditTarget<Unit>::Of(self);
   if constexpr (sizeof(Unit) == 1)
-    MapNarrow(target, fast, LowerMap{});
+    MapNarrow(target, fast, LowerMap{}, false);
   else
     MapWide(target, fast, false);
   return self;
@@ -193,7 +229,7 @@ auto ICStringCaseMembers<BasicICString<Unit, Storage>>::MakeUpper(bool fast) -> 
   auto& self = Self();
   auto target = internal::EditTarget<Unit>::Of(self);
   if constexpr (sizeof(Unit) == 1)
-    MapNarrow(target, fast, UpperMap{});
+    MapNarrow(target, fast, UpperMap{}, true);
   else
     MapWide(target, fast, true);
   return self;

@@ -1,6 +1,7 @@
 // The searches of the search members: first and last occurrence, sets, words and nesting.
 #include <cstring>
 
+#include <ic/platform/internal/unit_scan.h>
 #include <ic/text/case_mapping.h>
 #include <ic/text/internal/search_core.h>
 #include <ic/text/plain_text.h>
@@ -66,14 +67,21 @@ const Unit* FindTextNoCase(const Unit* text, int32_t length, int32_t offset,
   if (search.IsEmpty()) return nullptr;
   const Unit* const end = text + length;
   const uint32_t first = search.Codes()[0];
+  // With an ASCII first code, positions where no match can begin are passed over by a vector
+  // scan: an ASCII unit begins a match only if its upper-case form is the first code, and, for
+  // a needle of more codes, the unit behind it is not ASCII or has the second code as its
+  // upper-case form. Units from 128 up are always looked at.
+  const bool single = search.IsSingleCode();
+  const uint32_t second = single ? 0 : search.Codes()[1];
+  platform::internal::UnitStopSet firsts;
+  firsts.Add(first);
+  if (first - 'A' < 26u) firsts.Add(first + 32);
+  firsts.high = true;
   for (const Unit* p = text + offset; p < end;) {
     if (first < 0x80) {
-      // ASCII that cannot begin a match is passed over without decoding or calls: an ASCII unit
-      // matches the needle's first code only if its upper-case form is that code.
-      while (p < end && static_cast<uint32_t>(*p) < 0x80 &&
-             (static_cast<uint32_t>(*p) - 'a' < 26u ? static_cast<uint32_t>(*p) - 32
-                                                    : static_cast<uint32_t>(*p)) != first)
-        ++p;
+      const auto left = static_cast<size_t>(end - p);
+      p += single ? platform::internal::FindFirstInSet(p, left, firsts)
+                  : platform::internal::FindFoldedPair(p, left, first, second);
       if (p == end) break;
     }
     const Unit* start = p;

@@ -45,4 +45,13 @@ IC_API size_t FindFirstRunInSet(const char* p, size_t n, const UnitStopSet& set,
 IC_API size_t FindFirstRunInSet(const char16_t* p, size_t n, const UnitStopSet& set,
                                 uint32_t single) noexcept;
 
+/// For a case-insensitive search whose needle's first two codes, in upper case, are `first`
+/// (below 128) and `second`: the offset of the first of the `n` units at `p` where a match may
+/// begin, or `n` when there is none. A match may begin at a unit from 128 up, and at a unit whose
+/// ASCII upper-case form (a-z become A-Z) is `first` when it is the last of the `n` units or the
+/// unit behind it is from 128 up or has `second` as its ASCII upper-case form. Reads only the `n`
+/// units.
+IC_API size_t FindFoldedPair(const char* p, size_t n, uint32_t first, uint32_t second) noexcept;
+IC_API size_t FindFoldedPair(const char16_t* p, size_t n, uint32_t first, uint32_t second) noexcept;
+
 }  // namespace ic::platform::internal

@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -77,6 +78,46 @@ TEST(FormatNumber, WidthAndFill) {
   EXPECT_EQ(Narrow(7, 1, '0'), "7");
   EXPECT_EQ(Format<char16_t>(-5, StringNumberFormatOptions<char16_t>{4, u'\u00b7'}),
             u"-\u00b7\u00b75");
+}
+
+// The eight digits of 64-bit values written at once: against a printf of the eight, on every
+// value below 20000 (every four-digit half with small high halves), on values of every low
+// and high four digits at a stride, and on the edges.
+TEST(FormatNumber, EightDigitBytes) {
+  auto check = [](uint32_t value) {
+    const uint64_t bytes = internal::EightDigitBytes(value);
+    char text[8];
+    for (int k = 0; k < 8; ++k)
+      text[k] = static_cast<char>(bytes >> (8 * k));
+    char expected[9];
+    std::snprintf(expected, sizeof expected, "%08u", static_cast<unsigned>(value));
+    ASSERT_EQ(std::string(text, 8), std::string(expected, 8)) << value;
+  };
+  for (uint32_t v = 0; v < 20000; ++v)
+    check(v);
+  for (uint32_t v = 0; v < 100000000; v += 997)
+    check(v);
+  for (uint32_t high = 0; high < 10000; high += 1)
+    for (const uint32_t low : {0u, 1u, 9u, 10u, 99u, 100u, 999u, 1000u, 9999u})
+      check(high * 10000 + low);
+  check(99999999);
+}
+
+// 64-bit values whose eight-digit groups hold every edge.
+TEST(FormatNumber, SixtyFourBitGroupsAgreeWithToChars) {
+  for (const uint64_t high : {1ull, 9ull, 10ull, 12345678901ull, 99999999999ull, 184467440737ull})
+    for (const uint64_t low :
+         {0ull, 1ull, 9999ull, 10000ull, 10001000ull, 12345678ull, 99999999ull}) {
+      const uint64_t value = high * 100000000 + low;
+      char expected[32];
+      const std::string text(expected, std::to_chars(expected, expected + 32, value).ptr);
+      ASSERT_EQ(Format<char>(value, DefaultDecimalFormat<char>), text);
+      ASSERT_EQ(Format<char16_t>(value, DefaultDecimalFormat<char16_t>),
+                std::u16string(text.begin(), text.end()));
+      const auto negative = static_cast<int64_t>(0 - (value % 9000000000000000000ull));
+      const std::string signedText(expected, std::to_chars(expected, expected + 32, negative).ptr);
+      ASSERT_EQ(Format<char>(negative, DefaultDecimalFormat<char>), signedText);
+    }
 }
 
 TEST(FormatNumber, NegativeWidthBehavesAsZero) {

@@ -1,7 +1,7 @@
-// The unit-set scans against a straightforward loop written here, on the AVX2 kernels (where
-// the processor has them) and on the portable path: every length 0 to 130 with the unit that
-// matters at every offset, both widths, and random texts and sets. Each text lies in a heap
-// block of exactly its length, so that a read past it shows under AddressSanitizer.
+// The unit-set scans and the folded-pair scan against a straightforward loop written here, on the
+// AVX2 kernels (where the processor has them) and on the portable path: every length 0 to 130 with
+// the unit that matters at every offset, both widths, and random texts and sets. Each text lies in
+// a heap block of exactly its length, so that a read past it shows under AddressSanitizer.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -169,6 +169,86 @@ TEST_P(UnitScan, SetHolds) {
   set.high = true;
   EXPECT_TRUE(set.Holds(200));
   EXPECT_TRUE(set.Holds(0xFFFF));
+}
+
+// FindFoldedPair's rule, unit by unit.
+uint32_t Fold(uint32_t u) {
+  return u >= 'a' && u <= 'z' ? u - 32 : u;
+}
+
+template <class Unit>
+size_t FoldedPairReference(const std::vector<Unit>& text, uint32_t first, uint32_t second) {
+  for (size_t i = 0; i < text.size(); ++i) {
+    const uint32_t u = static_cast<std::make_unsigned_t<Unit>>(text[i]);
+    if (u >= 128) return i;
+    if (Fold(u) != first) continue;
+    if (i + 1 == text.size()) return i;
+    const uint32_t next = static_cast<std::make_unsigned_t<Unit>>(text[i + 1]);
+    if (next >= 128 || Fold(next) == second) return i;
+  }
+  return text.size();
+}
+
+template <class Unit>
+void CheckFoldedPair(const std::vector<Unit>& text, uint32_t first, uint32_t second) {
+  const auto block = Exact(text);
+  ASSERT_EQ(internal::FindFoldedPair(block.get(), text.size(), first, second),
+            FoldedPairReference(text, first, second))
+      << "length " << text.size() << " first " << first << " second " << second;
+}
+
+// Every length 0 to 130; at every offset one unit, or a pair of units, that stops the scan or
+// nearly does: the first code in either case before the second in either case, before a unit
+// from 128 up, before another letter, and at the end.
+template <class Unit>
+void FoldedPairEveryOffset(const std::vector<uint32_t>& others) {
+  for (const uint32_t second : {uint32_t('E'), uint32_t(' '), uint32_t(0x130)}) {
+    for (size_t n = 0; n <= 130; ++n) {
+      const std::vector<Unit> clean(n, Unit('x'));
+      CheckFoldedPair(clean, 'N', second);
+      for (size_t at = 0; at < n; ++at) {
+        for (const uint32_t u : others) {
+          std::vector<Unit> text = clean;
+          text[at] = static_cast<Unit>(u);
+          CheckFoldedPair(text, 'N', second);
+        }
+        for (const uint32_t lead : {uint32_t('n'), uint32_t('N')})
+          for (const uint32_t next : {uint32_t('e'), uint32_t('E'), uint32_t(' '), uint32_t('y'),
+                                      uint32_t(0xC4), uint32_t(0x80), uint32_t(0)}) {
+            std::vector<Unit> text = clean;
+            text[at] = static_cast<Unit>(lead);
+            if (at + 1 < n) text[at + 1] = static_cast<Unit>(next);
+            CheckFoldedPair(text, 'N', second);
+          }
+      }
+    }
+  }
+}
+
+TEST_P(UnitScan, NarrowFoldedPairEveryLengthAndOffset) {
+  FoldedPairEveryOffset<char>({'n', 'N', 'e', 0, 0x7F, 0x80, 0xC3, 0xFF, 'n' + 0x80});
+}
+
+TEST_P(UnitScan, WideFoldedPairEveryLengthAndOffset) {
+  FoldedPairEveryOffset<char16_t>(
+      {'n', 'N', 'e', 0, 0x7F, 0x80, 0xFF, 0x14E, 0x4E00, 0xD800, 0xFFFF, 'N' + 0x100});
+}
+
+TEST_P(UnitScan, FoldedPairRandom) {
+  std::mt19937 rng(GetParam() ? 21 : 22);
+  for (int round = 0; round < 3000; ++round) {
+    const uint32_t first = Fold('a' + rng() % 4);
+    const uint32_t second = rng() % 8 == 0 ? 0x100 + rng() % 50 : Fold('a' + rng() % 4);
+    std::vector<char> narrow(rng() % 200);
+    for (char& u : narrow)
+      u = static_cast<char>(rng() % 16 == 0 ? rng() % 256 : (rng() % 2 ? 'a' : 'A') + rng() % 4);
+    CheckFoldedPair(narrow, first, second);
+    std::vector<char16_t> wide(rng() % 200);
+    for (char16_t& u : wide)
+      u = static_cast<char16_t>(rng() % 16 == 0 ? rng() % 0x10000
+                                                : (rng() % 2 ? 'a' : 'A') + rng() % 4);
+    CheckFoldedPair(wide, first, second);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Paths, UnitScan, ::testing::Bool(),

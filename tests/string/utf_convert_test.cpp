@@ -274,6 +274,32 @@ TEST_P(BothPaths, TextFormAgreesWithTheModelOnRandomInput) {
   }
 }
 
+// Every length 0 to 130 of Latin text (ASCII with two-byte letters), with one unit that matters
+// at every offset: a letter of two or three bytes, a pair, a lone or reversed surrogate, a zero.
+// The end of the output is where the kernels write through room of their own.
+TEST_P(BothPaths, EveryLengthWithAUnitAtEveryOffset) {
+  const std::vector<std::vector<char16_t>> inserts = {
+      {0xe9}, {0x4e00}, {0xd83d, 0xde00}, {0xd800}, {0xdc00, 0xd800}, {0}, {'x'}};
+  for (size_t length = 0; length <= 130; ++length) {
+    std::vector<char16_t> clean(length);
+    for (size_t i = 0; i < length; ++i)
+      clean[i] =
+          i % 4 == 3 ? static_cast<char16_t>(0xe0 + i % 20) : static_cast<char16_t>('a' + i % 26);
+    CheckBothForms(clean, 0);
+    for (size_t at = 0; at < length; ++at)
+      for (const std::vector<char16_t>& insert : inserts) {
+        std::vector<char16_t> units = clean;
+        for (size_t k = 0; k < insert.size() && at + k < length; ++k)
+          units[at + k] = insert[k];
+        CheckBothForms(units, static_cast<int>(at % 16));
+        if (HasFatalFailure()) {
+          ADD_FAILURE() << "length " << length << " at " << at;
+          return;
+        }
+      }
+  }
+}
+
 TEST_P(BothPaths, RangeFormAgreesWithTheModelOnRandomInput) {
   std::mt19937 rng(2718);
   for (int round = 0; round < 6000; ++round) {

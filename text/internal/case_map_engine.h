@@ -118,6 +118,58 @@ char* RewriteMapped(char* text, const MapMeasure& m, Map map) {
   return text + written;
 }
 
+/// Maps the text from `p` on in place as WriteMapped would write it, for as long as each code
+/// point's mapping keeps its byte length: returns the first code point whose mapping has another
+/// length or is dropped, or the first zero byte. From the returned point on the text is as it
+/// was, so that MeasureMapped and RewriteMapped can take it from there. An ASCII unit that
+/// starts 16 ASCII units starts a run that goes to `asciiRun(q, n)`, which must map the leading
+/// nonzero ASCII units of the `n` at `q` in place as `map` does and return how many it took;
+/// `end` is the terminator.
+template <class Map, class AsciiRun>
+char* MapWhileSameSize(char* p, const char* end, Map map, AsciiRun asciiRun) noexcept {
+  for (;;) {
+    const unsigned char lead = static_cast<unsigned char>(*p);
+    if (lead < 0x80) {
+      if (lead == 0) return p;
+      if (end - p >= 16) {
+        uint64_t halves[2];
+        std::memcpy(halves, p, 16);
+        if (((halves[0] | halves[1]) & 0x8080808080808080u) == 0) {
+          p += asciiRun(p, static_cast<size_t>(end - p));
+          continue;
+        }
+      }
+      const uint32_t mapped = map(lead);
+      if (mapped >= 0x80) return p;
+      *p++ = static_cast<char>(mapped);
+      continue;
+    }
+    const unsigned char next = static_cast<unsigned char>(p[1]);
+    if (lead >= 0xC2 && lead < 0xE0 && (next & 0xC0) == 0x80) {
+      // Two bytes that map to two bytes, written at once.
+      const uint32_t mapped = map(((lead & 0x1Fu) << 6) | (next & 0x3Fu));
+      if (mapped - 0x80 < 0x780u) {
+        p[0] = static_cast<char>(0xC0 | (mapped >> 6));
+        p[1] = static_cast<char>(0x80 | (mapped & 0x3F));
+        p += 2;
+        continue;
+      }
+    }
+    const char* cursor = p;
+    bool whole;
+    const uint32_t code = DecodeCodePoint(cursor, whole);
+    const auto size = cursor - p;
+    if (whole) {
+      // Written again even when unchanged, as WriteMapped does.
+      const uint32_t mapped = map(code);
+      if (!IsEncodable(mapped) || GetUTF8CodePointSize(mapped) != size) return p;
+      char* out = p;
+      EncodeCodePoint(out, mapped);
+    }
+    p += size;
+  }
+}
+
 /// Maps in place only what keeps its byte length.
 template <class Map>
 void MapSameSize(char* p, Map map) noexcept {
