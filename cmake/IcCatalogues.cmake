@@ -14,6 +14,14 @@
 # Generates the key header of each source, ${CMAKE_CURRENT_BINARY_DIR}/message_keys/ic/msg/
 # <name>.h, included by hosts as <ic/msg/<name>.h>. <interface target> is created as an
 # INTERFACE library that carries the include path and makes its users wait for the headers.
+# The folder of the headers is the target's IC_KEY_HEADER_DIR property (for the install step).
+#
+#   ic_add_language_module(<target> [PSEUDO] SOURCES <name>.xml ...)
+#
+# A language module: a shared library of the resource runtime, the module start-up and the
+# tables compiled from SOURCES (with PSEUDO, their pseudo-locale), which exports only the
+# functions of host_api.h (ic_restrict_module_exports). The text library is linked in
+# statically with its symbols hidden.
 
 # Adds the custom command that runs rescomp on the module `module` of one source. OUTPUTS are the
 # files it writes and ARGS the options that name them. Where the generator reads a dependency file
@@ -105,4 +113,52 @@ function(ic_add_message_keys)
   add_library(${arg_TARGET} INTERFACE)
   target_include_directories(${arg_TARGET} INTERFACE "$<BUILD_INTERFACE:${root}>")
   add_dependencies(${arg_TARGET} ${arg_TARGET}_headers)
+  set_target_properties(${arg_TARGET} PROPERTIES IC_KEY_HEADER_DIR "${out_dir}")
+endfunction()
+
+include(CheckLinkerFlag)
+
+function(ic_add_language_module target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "PSEUDO" "" "SOURCES")
+  if(arg_UNPARSED_ARGUMENTS OR NOT arg_SOURCES)
+    message(FATAL_ERROR "ic_add_language_module: expected [PSEUDO] SOURCES <name>.xml ...")
+  endif()
+  set(pseudo)
+  if(arg_PSEUDO)
+    set(pseudo PSEUDO)
+  endif()
+  # The one table of static initialisers is module_startup.cpp; the entry point on Windows is
+  # the platform layer's module_entry.cpp.
+  add_library(${target} SHARED "${PROJECT_SOURCE_DIR}/resources/module_startup.cpp"
+              "${PROJECT_SOURCE_DIR}/platform/module_entry.cpp"
+              $<TARGET_OBJECTS:ic_resources_objects>)
+  ic_add_catalogues(TARGET ${target} ${pseudo} SOURCES ${arg_SOURCES})
+  set_target_properties(${target} PROPERTIES CXX_VISIBILITY_PRESET hidden
+                        VISIBILITY_INLINES_HIDDEN ON)
+  target_compile_definitions(${target} PRIVATE IC_BUILDING_LIBRARY)
+  # The generated headers are included as "catalogues/<name>.h".
+  target_include_directories(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}")
+  target_link_libraries(${target} PRIVATE ic::text ic_options)
+  ic_restrict_module_exports(${target})
+endfunction()
+
+# Lets only the exports of host_api.h leave the shared library `target`, which links the text
+# library and the resource runtime in. This also keeps inside the template instantiations of
+# the standard library, which the compiler marks for export. These are options of the GNU
+# linker and of those that follow it (gold, lld, mold): each is checked.
+function(ic_restrict_module_exports target)
+  set(map "${PROJECT_SOURCE_DIR}/resources/icres_zh.map")
+  check_linker_flag(CXX "LINKER:--exclude-libs,ALL" IC_LINKER_EXCLUDE_LIBS)
+  check_linker_flag(CXX "LINKER:--version-script=${map}" IC_LINKER_VERSION_SCRIPT)
+  check_linker_flag(CXX "LINKER:--no-undefined" IC_LINKER_NO_UNDEFINED)
+  if(IC_LINKER_EXCLUDE_LIBS)
+    target_link_options(${target} PRIVATE LINKER:--exclude-libs,ALL)
+  endif()
+  if(IC_LINKER_VERSION_SCRIPT)
+    target_link_options(${target} PRIVATE "LINKER:--version-script=${map}")
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${map}")
+  endif()
+  if(IC_LINKER_NO_UNDEFINED AND NOT IC_SANITIZE)
+    target_link_options(${target} PRIVATE LINKER:--no-undefined)
+  endif()
 endfunction()

@@ -85,7 +85,7 @@ function(ic_install_text_library)
   export(EXPORT ictextTargets NAMESPACE ic:: FILE "${PROJECT_BINARY_DIR}/ictextTargets.cmake")
   configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/ictextConfig.cmake.in"
                                 "${PROJECT_BINARY_DIR}/ictextConfig.cmake"
-                                INSTALL_DESTINATION "${cfgdir}")
+                                INSTALL_DESTINATION "${cfgdir}" PATH_VARS IC_MODULE_FILE)
   write_basic_package_version_file("${PROJECT_BINARY_DIR}/ictextConfigVersion.cmake"
                                    COMPATIBILITY SameMajorVersion)
   install(FILES "${PROJECT_BINARY_DIR}/ictextConfig.cmake"

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
@@ -43,15 +44,28 @@ template <class Unit>
 inline constexpr Unit HexPrefix[] = {Unit('0'), Unit('x'), Unit(0)};
 }
 
-/// The decimal settings of every overload without options: no padding.
-template <class Unit>
+/// The decimal settings of every overload without options: no padding. The width defaults to
+/// narrow (DefaultDecimalFormat<>); DefaultDecimalFormatA and DefaultDecimalFormatW name each
+/// width without a template argument.
+template <class Unit = char>
 inline constexpr StringNumberFormatOptions<Unit> DefaultDecimalFormat{0, Unit(0)};
+/// DefaultDecimalFormat of narrow text.
+inline constexpr const StringNumberFormatOptions<char>& DefaultDecimalFormatA =
+    DefaultDecimalFormat<char>;
+/// DefaultDecimalFormat of wide text.
+inline constexpr const StringNumberFormatOptions<char16_t>& DefaultDecimalFormatW =
+    DefaultDecimalFormat<char16_t>;
 
 /// The hexadecimal settings of every overload without options: capitals, prefix "0x", no
-/// padding, so a value reads '0x1A2B'.
-template <class Unit>
+/// padding, so a value reads '0x1A2B'. DefaultHexFormatA and DefaultHexFormatW name each width.
+template <class Unit = char>
 inline constexpr StringHexFormatOptions<Unit> DefaultHexFormat{true, internal::HexPrefix<Unit>, 0,
                                                                Unit(0)};
+/// DefaultHexFormat of narrow text.
+inline constexpr const StringHexFormatOptions<char>& DefaultHexFormatA = DefaultHexFormat<char>;
+/// DefaultHexFormat of wide text.
+inline constexpr const StringHexFormatOptions<char16_t>& DefaultHexFormatW =
+    DefaultHexFormat<char16_t>;
 
 /// Number of decimal digits of a value; 0 has one.
 inline int CountDecimalDigits(uint32_t value) noexcept {
@@ -139,6 +153,22 @@ inline int32_t FormatNumber(
   }
 }
 
+/// @name Measuring with a null buffer given as nullptr
+/// A nullptr buffer has no width for the overloads above to pick; every text here has as many
+/// units in either width, so these measure with the narrow form (or with the width of
+/// `options`) and return the size needed, terminator included. `bufferLength` plays no part.
+/// @{
+template <IntegerValueType T>
+inline int32_t FormatNumber(std::nullptr_t, int32_t bufferLength, T value) noexcept {
+  return FormatNumber(static_cast<char*>(nullptr), bufferLength, value);
+}
+template <NumberTextUnit Unit, IntegerValueType T>
+inline int32_t FormatNumber(std::nullptr_t, int32_t bufferLength, T value,
+                            const StringNumberFormatOptions<Unit>& options) noexcept {
+  return FormatNumber(static_cast<Unit*>(nullptr), bufferLength, value, options);
+}
+/// @}
+
 /// @name FormatHex
 /// Writes `value` in hexadecimal, after options.prefix, padded to options.minWidth. A value of 0
 /// has the one digit "0". Any other value is first cut to `byteSize` bytes (1, 2 or 4; any other
@@ -155,6 +185,16 @@ FormatHex(char16_t* buffer, int32_t bufferLength, uint64_t value, int byteSize,
           const StringHexFormatOptions<char16_t>& options = DefaultHexFormat<char16_t>) noexcept;
 /// @}
 
+/// FormatHex measuring (see FormatNumber with nullptr): the size needed, terminator included.
+inline int32_t FormatHex(std::nullptr_t, int32_t bufferLength, uint64_t value, int byteSize,
+                         const StringHexFormatOptions<char>& options = DefaultHexFormatA) noexcept {
+  return FormatHex(static_cast<char*>(nullptr), bufferLength, value, byteSize, options);
+}
+inline int32_t FormatHex(std::nullptr_t, int32_t bufferLength, uint64_t value, int byteSize,
+                         const StringHexFormatOptions<char16_t>& options) noexcept {
+  return FormatHex(static_cast<char16_t*>(nullptr), bufferLength, value, byteSize, options);
+}
+
 /// A 32-bit value as FormatHex writes it with byteSize 4 and DefaultHexFormat ('0x1A2B').
 inline int32_t FormatPointer(char* buffer, int32_t bufferLength, uint32_t value) noexcept {
   return FormatHex(buffer, bufferLength, value, 4, DefaultHexFormat<char>);
@@ -162,11 +202,19 @@ inline int32_t FormatPointer(char* buffer, int32_t bufferLength, uint32_t value)
 inline int32_t FormatPointer(char16_t* buffer, int32_t bufferLength, uint32_t value) noexcept {
   return FormatHex(buffer, bufferLength, value, 4, DefaultHexFormat<char16_t>);
 }
+/// FormatPointer measuring: the size needed, terminator included (11).
+inline int32_t FormatPointer(std::nullptr_t, int32_t bufferLength, uint32_t value) noexcept {
+  return FormatPointer(static_cast<char*>(nullptr), bufferLength, value);
+}
 
 /// Writes a 32-bit float as "%10.2f" writes it ('      3.50'; see internal/fixed_float.h).
 /// Measure or write: with a null buffer or one shorter than the text and its terminator, writes
 /// nothing and returns the size needed with the terminator; else writes both and returns 0.
 IC_API int32_t FormatNumber(char* buffer, int32_t bufferLength, float value) noexcept;
 IC_API int32_t FormatNumber(char16_t* buffer, int32_t bufferLength, float value) noexcept;
+/// The float form measuring: the size needed, terminator included.
+inline int32_t FormatNumber(std::nullptr_t, int32_t bufferLength, float value) noexcept {
+  return FormatNumber(static_cast<char*>(nullptr), bufferLength, value);
+}
 
 }  // namespace ic

@@ -7,6 +7,7 @@
 // space and the tab.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
@@ -86,5 +87,13 @@ IC_FOR_EACH_INTEGER_TYPE(IC_DECLARE_INTEGER_PARSERS, char)
 IC_FOR_EACH_INTEGER_TYPE(IC_DECLARE_INTEGER_PARSERS, char16_t)
 
 #undef IC_DECLARE_INTEGER_PARSERS
+
+/// ParseNumber of a null text written as nullptr, which has no width for the overloads above to
+/// pick: the text counts as empty, as a null text of either width does.
+template <IntegerValueType T>
+inline void ParseNumber(std::nullptr_t, T& value,
+                        const StringNumberParseOptions& options = {}) noexcept {
+  ParseNumber(static_cast<const char*>(nullptr), value, options);
+}
 
 }  // namespace ic

@@ -11,6 +11,7 @@
 // through the platform converter, which replaces invalid input.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -31,6 +32,11 @@ IC_API ICStringUnique ConvertToUTF8(ICStringRangeW range);
 
 /// A copy of the zero-terminated narrow `text`; null or empty gives the empty data.
 IC_API ICStringUnique ConvertToUTF8(const char* text);
+
+/// A null text written as nullptr, of no width: the empty data.
+inline ICStringUnique ConvertToUTF8(std::nullptr_t) {
+  return ICStringUnique();
+}
 
 /// The UTF-8 bytes of a wide text, converted by the platform converter (a lone surrogate becomes
 /// U+FFFD), zero-terminated.

@@ -10,6 +10,7 @@
 // UTF-8 cannot hold (a surrogate, or above U+10FFFF) is dropped from a text that changes.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
@@ -27,6 +28,15 @@ IC_API int32_t CountCode(const char* text, char32_t code, int32_t position = 0,
                          bool lengthInUnits = true) noexcept;
 IC_API int32_t CountCode(const char16_t* text, char16_t code, int32_t position = 0,
                          bool lengthInUnits = true) noexcept;
+/// A null text written as nullptr, of no width: counts as empty, so 0. Takes a code of any
+/// character or integer type, so that it is the one match for nullptr whatever the code.
+template <class Code>
+  requires std::is_integral_v<Code>
+inline int32_t CountCode(std::nullptr_t, Code code, int32_t position = 0,
+                         bool lengthInUnits = true) noexcept {
+  return CountCode(static_cast<const char*>(nullptr), static_cast<char32_t>(code), position,
+                   lengthInUnits);
+}
 /// @}
 
 template <class Str>

@@ -62,6 +62,10 @@ IC_API int CompareCountNoCase(const char* a, const char* b, int32_t count) noexc
 /// the run-time's _wcsicmp). Null counts as empty.
 IC_API bool Equals(const char* a, const char* b, bool exact = true) noexcept;
 IC_API bool Equals(const char16_t* a, const char16_t* b, bool exact = true) noexcept;
+/// Two null texts written as nullptr, of no width: both count as empty, so true.
+inline bool Equals(std::nullptr_t, std::nullptr_t, bool exact = true) noexcept {
+  return Equals(static_cast<const char*>(nullptr), static_cast<const char*>(nullptr), exact);
+}
 
 /// True if `text` (null counts as empty) begins with `prefix`; an empty or null prefix gives
 /// false. With `ignoreCase`, narrow code points are compared after ToLowerCodePoint and wide
@@ -69,6 +73,11 @@ IC_API bool Equals(const char16_t* a, const char16_t* b, bool exact = true) noex
 IC_API bool StartsWith(const char* text, const char* prefix, bool ignoreCase = false) noexcept;
 IC_API bool StartsWith(const char16_t* text, const char16_t* prefix,
                        bool ignoreCase = false) noexcept;
+/// Null text and prefix written as nullptr, of no width: a null prefix gives false.
+inline bool StartsWith(std::nullptr_t, std::nullptr_t, bool ignoreCase = false) noexcept {
+  return StartsWith(static_cast<const char*>(nullptr), static_cast<const char*>(nullptr),
+                    ignoreCase);
+}
 /// @}
 
 }  // namespace ic

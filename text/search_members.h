@@ -141,6 +141,10 @@ class ICStringSearchMembers<BasicICString<Unit, Storage>>
   /// character behind it plain text.
   int32_t FindBalanced(CodeType open, CodeType close, CodeType escape, bool flat = false,
                        int32_t position = 0, bool lengthInUnits = false, int32_t depth = 0) const;
+  /// Single characters without an escape character, from the start at depth 0, with nesting.
+  int32_t FindBalanced(CodeType open, CodeType close) const {
+    return FindBalanced(open, close, CodeType(0));
+  }
   /// @}
 
   /// @name The text around an occurrence

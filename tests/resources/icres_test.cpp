@@ -1,4 +1,5 @@
 // The host tool icres, run as a user runs it: its output, its exit status and its faults.
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -215,6 +216,46 @@ TEST(IcresTest, BadUsage) {
   ExpectFault({"list", "--module"}, "--module needs a value");
   ExpectFault({"--lang", "", "list"}, "--lang needs a language code");
   ExpectFault({"--json=yes", "dump"}, "--json takes no value");
+}
+
+}  // namespace
+
+namespace {
+
+// Sets an environment variable for the programs started while it lives.
+class ScopedEnvironment {
+ public:
+  ScopedEnvironment(const char* name, const std::string& value) : _name(name) {
+    setenv(name, value.c_str(), 1);
+  }
+  ~ScopedEnvironment() { unsetenv(_name); }
+  ScopedEnvironment(const ScopedEnvironment&) = delete;
+  ScopedEnvironment& operator=(const ScopedEnvironment&) = delete;
+
+ private:
+  const char* _name;
+};
+
+TEST(IcresModuleChoiceTest, BuildTreeModuleWithoutOptionOrEnvironment) {
+  const ProcessResult result = Icres({"module"});
+  EXPECT_EQ(result.Status, 0) << result.Err;
+  EXPECT_EQ(result.Out, std::string(ic::test::ModulePath) + "\tbuild tree\n");
+}
+
+TEST(IcresModuleChoiceTest, EnvironmentNamesTheModule) {
+  const ScopedEnvironment environment("ICRES_MODULE", IC_TEST_OTHER_LIBRARY_PATH);
+  const ProcessResult chosen = Icres({"module"});
+  EXPECT_EQ(chosen.Status, 0) << chosen.Err;
+  EXPECT_EQ(chosen.Out, std::string(IC_TEST_OTHER_LIBRARY_PATH) + "\tICRES_MODULE\n");
+  ExpectFault({"list"}, "is not a language module");
+  // --module still wins over the environment.
+  const ProcessResult listed = Icres({"--module", ic::test::ModulePath, "list"});
+  EXPECT_EQ(listed.Status, 0) << listed.Err;
+  EXPECT_EQ(Lines(listed.Out).size(), 13u);
+}
+
+TEST(IcresModuleChoiceTest, ModuleTakesNoArguments) {
+  ExpectFault({"module", "extra"}, "module takes no arguments");
 }
 
 }  // namespace

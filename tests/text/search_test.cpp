@@ -1,6 +1,7 @@
 // Find and its relatives, sets, words, nesting, and the text around an occurrence.
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 
 #include <ic/string/ic_string.h>
@@ -284,6 +285,44 @@ TYPED_TEST(WideSearch, Compare) {
   EXPECT_TRUE(s.EndsWith(u'e'));
   EXPECT_TRUE(s.EndsWithNoCase(u"\u00C9COLE"));
   EXPECT_FALSE(s.EndsWith(u""));
+}
+
+// The single-character form without an escape: a backslash is plain text, nesting counts, and
+// it finds what the escape form with 0 and the string form of the same delimiters find.
+TYPED_TEST(NarrowSearch, FindBalancedWithoutEscape) {
+  EXPECT_EQ(TypeParam("a(b(c)d)e").FindBalanced(U'(', U')'), 7);
+  EXPECT_EQ(TypeParam("x\"y\\\"z\"w").FindBalanced(U'"', U'"'),
+            4);  // the backslash escapes nothing
+  EXPECT_EQ(TypeParam("a(b").FindBalanced(U'(', U')'), -1);
+  EXPECT_EQ(TypeParam("\u00E4(\u00F6)").FindBalanced(U'(', U')'), 3);
+  EXPECT_EQ(TypeParam("\u00AB\u00AB\u00BB\u00BB").FindBalanced(U'\u00AB', U'\u00BB'), 3);
+  EXPECT_EQ(TypeParam("(a)").FindBalanced(U'\0', U')'), -1);
+  std::mt19937 rng(5);
+  const char* pieces[] = {"(", ")", "a", "\\", "\u00E4"};
+  for (int i = 0; i < 500; ++i) {
+    std::string text;
+    for (int n = static_cast<int>(rng() % 12); n > 0; --n)
+      text += pieces[rng() % 5];
+    const TypeParam s(text.c_str());
+    EXPECT_EQ(s.FindBalanced(U'(', U')'), s.FindBalanced(U'(', U')', U'\0')) << text;
+    EXPECT_EQ(s.FindBalanced(U'(', U')'), s.FindBalanced("(", ")")) << text;
+  }
+}
+
+TYPED_TEST(WideSearch, FindBalancedWithoutEscape) {
+  EXPECT_EQ(TypeParam(u"a(b(c)d)e").FindBalanced(u'(', u')'), 7);
+  EXPECT_EQ(TypeParam(u"x\"y\\\"z\"w").FindBalanced(u'"', u'"'), 4);
+  EXPECT_EQ(TypeParam(u"[[]").FindBalanced(u'[', u']'), -1);
+  std::mt19937 rng(6);
+  const char16_t* pieces[] = {u"[", u"]", u"a", u"\\", u"\u00E4"};
+  for (int i = 0; i < 500; ++i) {
+    std::u16string text;
+    for (int n = static_cast<int>(rng() % 12); n > 0; --n)
+      text += pieces[rng() % 5];
+    const TypeParam s(text.c_str());
+    EXPECT_EQ(s.FindBalanced(u'[', u']'), s.FindBalanced(u'[', u']', u'\0'));
+    EXPECT_EQ(s.FindBalanced(u'[', u']'), s.FindBalanced(u"[", u"]"));
+  }
 }
 
 }  // namespace

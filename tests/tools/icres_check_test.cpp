@@ -1,6 +1,7 @@
 // icres check, run as a translator runs it: the shipped sources against themselves, a good
 // translation and its broken copies against their reference (one finding each), JSON, and bad
 // input.
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -192,7 +193,7 @@ TEST(IcresCheckTest, BadInput) {
   ExpectBadInput({kData + "/not_xml.xml", "--ref", kData + "/reference.xml"},
                  kData + "/not_xml.xml(4): error: XML error: mismatched tag");
   ExpectBadInput({kData, "--ref", kData + "/reference.xml"}, "cannot open the file");
-  ExpectBadInput({kData + "/translation.xml"}, "check needs --ref REFERENCE.xml");
+  ExpectBadInput({kData + "/translation.xml"}, "check needs --ref REFERENCE");
   ExpectBadInput({"--ref", kData + "/reference.xml"}, "check takes one catalogue source");
   ExpectBadInput({kData + "/translation.xml", "--ref"}, "--ref needs a value");
   ExpectBadInput({kData + "/translation.xml", "--ref", ""}, "--ref needs a path");
@@ -203,6 +204,106 @@ TEST(IcresCheckTest, RefGoesWithCheckOnly) {
       ic::test::RunProcess(IC_TEST_ICRES_PATH, {"list", "--ref", kData + "/reference.xml"});
   EXPECT_EQ(result.Status, 2);
   EXPECT_NE(result.Err.find("--ref goes with check only"), std::string::npos) << result.Err;
+}
+
+// The check of a built module against a reference module: a module per catalogue record, a
+// row per key, with the findings of the source form that apply to compiled texts.
+struct ModuleFinding {
+  const char* Catalogue;  // the part of the file name in brackets
+  int Row;                // 0: about the whole catalogue
+  const char* Copy;       // the broken source copy with the same fault
+  const char* Message;    // what the finding says, in both forms
+};
+
+std::string FindingMessage(const std::string& line) {
+  const size_t at = line.find(": error: ");
+  return at == std::string::npos ? std::string() : line.substr(at + 9);
+}
+
+TEST(IcresCheckModulesTest, ModulesAgainstThemselvesHaveNoFinding) {
+  for (const char* module : {IC_TEST_MODULE_PATH, IC_CHECK_REFERENCE_MODULE}) {
+    const ProcessResult result = Check({module, "--ref", module});
+    EXPECT_EQ(result.Status, 0) << module << ": " << result.Err;
+    EXPECT_EQ(result.Out, "") << module;
+    EXPECT_EQ(result.Err, "") << module;
+  }
+  const ProcessResult translation =
+      Check({IC_CHECK_TRANSLATION_MODULE, "--ref", IC_CHECK_REFERENCE_MODULE});
+  EXPECT_EQ(translation.Status, 0) << translation.Err;
+  EXPECT_EQ(translation.Out, "");
+}
+
+TEST(IcresCheckModulesTest, BrokenModuleHasTheFindingsOfTheBrokenSources) {
+  const ProcessResult result = Check({IC_CHECK_BROKEN_MODULE, "--ref", IC_CHECK_REFERENCE_MODULE});
+  EXPECT_EQ(result.Status, 1) << result.Err;
+  EXPECT_EQ(result.Err, "");
+  const ModuleFinding expected[] = {
+      {"demo", 0, "missing_key.xml", "the key 'colour' of the reference ("},
+      {"demo", 1, "parameter_missing.xml",
+       "'greeting': the parameter {user} is missing: the reference uses it once"},
+      {"demo", 2, "unbalanced_brace.xml",
+       "resource string 'file_missing': unmatched opening brace '{'"},
+      {"demo", 5, "hint_gained.xml", "'sample_hint': the _hint row gained the parameter {user}"},
+      {"demo", 8, "leading_blank.xml",
+       "'status': leading blanks differ from the reference: U+0020 here, none there"},
+      {"demo", 9, "extra_key.xml", "the key 'extra_row' is not in the reference"},
+  };
+  const std::vector<std::string> lines = Lines(result.Out);
+  ASSERT_EQ(lines.size(), std::size(expected)) << result.Out;
+  for (size_t i = 0; i < lines.size(); ++i) {
+    SCOPED_TRACE(expected[i].Copy);
+    std::string where = std::string(IC_CHECK_BROKEN_MODULE) + "[" + expected[i].Catalogue + "]";
+    if (expected[i].Row) where.append("(").append(std::to_string(expected[i].Row)).append(")");
+    EXPECT_EQ(lines[i].rfind(where + ": error: ", 0), 0u) << lines[i];
+    const std::string message = FindingMessage(lines[i]);
+    EXPECT_EQ(message.rfind(expected[i].Message, 0), 0u) << lines[i];
+    // The source form says the same of the broken copy, up to where it names a site.
+    const std::vector<std::string> source = Lines(CheckData(expected[i].Copy).Out);
+    ASSERT_EQ(source.size(), 1u);
+    const std::string sourceMessage = FindingMessage(source[0]);
+    EXPECT_EQ(message.substr(0, message.find(" (")),
+              sourceMessage.substr(0, sourceMessage.find(" (")));
+  }
+  // The key missing from the module names the reference module's catalogue and row.
+  EXPECT_NE(lines[0].find(std::string(IC_CHECK_REFERENCE_MODULE) + "[demo](7)) is missing"),
+            std::string::npos)
+      << lines[0];
+}
+
+TEST(IcresCheckModulesTest, JsonOfModules) {
+  const ProcessResult result =
+      Check({IC_CHECK_BROKEN_MODULE, "--ref", IC_CHECK_REFERENCE_MODULE, "--json"});
+  EXPECT_EQ(result.Status, 1);
+  const ic::test::JsonValue json = ic::test::ParseJson(result.Out);
+  EXPECT_EQ(json["errors"].Number, 6);
+  EXPECT_EQ(json["warnings"].Number, 0);
+  ASSERT_EQ(json["findings"].Array.size(), 6u);
+  const ic::test::JsonValue& hint = json["findings"].Array[3];
+  EXPECT_EQ(hint["file"].String, std::string(IC_CHECK_BROKEN_MODULE) + "[demo]");
+  EXPECT_EQ(hint["line"].Number, 5);
+  EXPECT_EQ(hint["module"].String, "demo");
+  EXPECT_EQ(hint["key"].String, "sample_hint");
+}
+
+TEST(IcresCheckModulesTest, CataloguesMissingOnEitherSide) {
+  // The shipped module against the demo reference: its thirteen catalogues are not in the
+  // reference, and the reference's demo is missing.
+  const ProcessResult result = Check({IC_TEST_MODULE_PATH, "--ref", IC_CHECK_REFERENCE_MODULE});
+  EXPECT_EQ(result.Status, 1);
+  const std::vector<std::string> lines = Lines(result.Out);
+  ASSERT_EQ(lines.size(), 14u) << result.Out;
+  EXPECT_EQ(
+      lines[0].rfind(
+          std::string(IC_TEST_MODULE_PATH) + ": error: the module 'demo' of the reference (", 0),
+      0u)
+      << lines[0];
+  EXPECT_EQ(lines[1], std::string(IC_TEST_MODULE_PATH) +
+                          "[gui]: error: the module 'gui' is not in the reference");
+}
+
+TEST(IcresCheckModulesTest, ModuleThatDoesNotLoad) {
+  ExpectBadInput({"absent.so", "--ref", IC_CHECK_REFERENCE_MODULE}, "cannot load module absent.so");
+  ExpectBadInput({IC_CHECK_REFERENCE_MODULE, "--ref", "absent.so"}, "cannot load module absent.so");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "key_header_writer.h"
+#include "language_module.h"
 #include "output_format.h"
 #include "source_reader.h"
 #include "text_checks.h"
@@ -347,7 +348,85 @@ std::string Unreadable(const std::string& path, const rescomp::Diagnostics& diag
   return reason;
 }
 
+// By file, in the order in which the files first appear (the source's first), then by line.
+void SortFindings(std::vector<Finding>& findings, const Catalogue& source,
+                  const Catalogue& reference) {
+  std::vector<std::string> files = source.files;
+  files.insert(files.end(), reference.files.begin(), reference.files.end());
+  auto rank = [&files](const Finding& finding) {
+    return std::find(files.begin(), files.end(), finding.File) - files.begin();
+  };
+  std::stable_sort(findings.begin(), findings.end(), [&rank](const Finding& a, const Finding& b) {
+    const auto ra = rank(a), rb = rank(b);
+    return ra != rb ? ra < rb : a.Line < b.Line;
+  });
+}
+
+// The chain of a loaded module as a catalogue: a module per record, named "PATH[NAME]", and a
+// row per key with its 1-based row number for a line. Rows without a key are left out.
+Catalogue ReadModuleCatalogue(const std::string& path, const LanguageModule& module) {
+  Catalogue catalogue;
+  catalogue.files.push_back(path);
+  for (resources::ResourceStringLibrary* record : module.Catalogues()) {
+    Module& read = catalogue.modules.emplace_back();
+    read.name = ToUtf8(record->Name);
+    read.file = path + "[" + read.name + "]";
+    catalogue.files.push_back(read.file);
+    for (int32_t row = 0; row < record->Count; ++row) {
+      const char16_t* key = record->GetKey ? record->GetKey(record, row) : nullptr;
+      if (!key) continue;
+      const char16_t* text = record->GetText ? record->GetText(record, row) : nullptr;
+      read.strings.push_back(
+          {ToUtf8(key), text ? std::u16string(text) : std::u16string(), row + 1});
+    }
+  }
+  return catalogue;
+}
+
+// The brace faults of every text, as the source reader reports them.
+void AddBraceFaults(const Catalogue& catalogue, std::vector<Finding>& findings) {
+  for (const Module& module : catalogue.modules) {
+    for (const ResourceString& row : module.strings) {
+      for (const std::string& fault :
+           rescomp::CheckParameters(CodePoints(row.text), nullptr, module.name)) {
+        findings.push_back({Severity::kError, module.file, row.line, module.name, row.name,
+                            "resource string " + Quote(row.name) + ": " + fault});
+      }
+    }
+  }
+}
+
 }  // namespace
+
+bool IsCatalogueSource(const std::string& path) {
+  std::string extension = std::filesystem::path(path).extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char c) { return static_cast<char>(c | 0x20); });
+  return extension == ".xml";
+}
+
+CheckResult CheckModules(const std::string& modulePath, const std::string& referencePath) {
+  CheckResult result;
+  // Each module is unloaded as soon as its texts are copied.
+  auto read = [&result](const std::string& path) -> std::optional<Catalogue> {
+    const std::unique_ptr<LanguageModule> module = LanguageModule::Load(path, result.Fault);
+    if (!module) return std::nullopt;
+    return ReadModuleCatalogue(path, *module);
+  };
+  const std::optional<Catalogue> sourceRead = read(modulePath);
+  const std::optional<Catalogue> referenceRead = sourceRead ? read(referencePath) : std::nullopt;
+  if (!referenceRead) {
+    result.Readable = false;
+    return result;
+  }
+  const Catalogue& source = *sourceRead;
+  const Catalogue& reference = *referenceRead;
+  AddBraceFaults(source, result.Findings);
+  AddBraceFaults(reference, result.Findings);
+  Checker(source, reference, result.Findings).Run();
+  SortFindings(result.Findings, source, reference);
+  return result;
+}
 
 int CheckResult::Errors() const {
   return static_cast<int>(std::count_if(Findings.begin(), Findings.end(), [](const Finding& f) {
@@ -381,18 +460,7 @@ CheckResult CheckCatalogue(const std::string& sourcePath, const std::string& ref
     }
   }
   Checker(source, reference, result.Findings).Run();
-
-  // By file, in the order in which the files first appear (the source's first), then by line.
-  std::vector<std::string> files = source.files;
-  files.insert(files.end(), reference.files.begin(), reference.files.end());
-  auto rank = [&files](const Finding& finding) {
-    return std::find(files.begin(), files.end(), finding.File) - files.begin();
-  };
-  std::stable_sort(result.Findings.begin(), result.Findings.end(),
-                   [&rank](const Finding& a, const Finding& b) {
-                     const auto ra = rank(a), rb = rank(b);
-                     return ra != rb ? ra < rb : a.Line < b.Line;
-                   });
+  SortFindings(result.Findings, source, reference);
   return result;
 }
 

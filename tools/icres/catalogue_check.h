@@ -42,6 +42,18 @@ struct CheckResult {
 /// Checks the catalogue source at `sourcePath` against the one at `referencePath`.
 CheckResult CheckCatalogue(const std::string& sourcePath, const std::string& referencePath);
 
+/// Checks the catalogues of the language module at `modulePath` against those of the module at
+/// `referencePath`, with the findings of CheckCatalogue that apply to compiled texts: those
+/// about the XML of a source do not, and the braces of every text of both modules are checked
+/// here (in a source the reader checks them). A row's File is "MODULE[CATALOGUE]" and its Line
+/// the 1-based row number; a finding about a whole catalogue has Line 0. Not Readable when a
+/// module does not load or is no language module.
+CheckResult CheckModules(const std::string& modulePath, const std::string& referencePath);
+
+/// True when `path` names a catalogue source (it ends in ".xml", in any case) rather than a
+/// language module.
+bool IsCatalogueSource(const std::string& path);
+
 /// One line per finding, compiler style: "FILE(LINE): error: MESSAGE" ("FILE: ..." without a
 /// line; "warning" for a warning).
 std::string FindingsText(const std::vector<Finding>& findings);

@@ -7,7 +7,12 @@
 //   icres [--module PATH] [--lang CODE] get CATALOGUE KEY [name=value ...]
 //   icres [--module PATH] [--lang CODE] dump [--json]
 //   icres [--module PATH] [--lang CODE] language
+//   icres [--module PATH] module
 //   icres check SOURCE.xml --ref REFERENCE.xml [--json]
+//   icres check MODULE --ref REFERENCE_MODULE [--json]
+//
+// Without --module, icres loads the module named by ICRES_MODULE, else the one installed with it
+// (module_search.h), else the one built beside it.
 //
 // Exit status: 0 on success; 2 with one line on standard error for a module that does not
 // load, an unknown catalogue or key, a parameter without a value or a value without a
@@ -22,6 +27,7 @@
 
 #include "catalogue_check.h"
 #include "language_module.h"
+#include "module_search.h"
 #include "output_format.h"
 #include "substitute.h"
 #include "utf.h"
@@ -43,12 +49,17 @@ constexpr std::string_view kUsage =
     "  get CATALOGUE KEY [name=value ...] one message with its {name} parameters substituted\n"
     "  dump [--json]                      every row of every catalogue\n"
     "  language                           the module's current language\n"
+    "  module                             the module's path and what chose it, loading nothing\n"
     "  check SOURCE.xml --ref REFERENCE.xml\n"
     "                                     compare a translated catalogue source with its\n"
     "                                     reference; findings as FILE(LINE): error|warning\n"
+    "  check MODULE --ref REFERENCE_MODULE\n"
+    "                                     the same for two built modules; findings as\n"
+    "                                     MODULE[CATALOGUE](ROW): error|warning\n"
     "\n"
     "options:\n"
-    "  --module PATH   the language module to load (default: " ICRES_DEFAULT_MODULE
+    "  --module PATH   the language module to load (default: $ICRES_MODULE, else the module\n"
+    "                  installed with icres, else " ICRES_DEFAULT_MODULE
     ")\n"
     "  --lang CODE     set the module's language first\n"
     "  --ref FILE      with check: the reference catalogue source\n"
@@ -59,7 +70,7 @@ constexpr std::string_view kUsage =
     "and \\t. In messages, \\{ and \\} stand for literal braces.\n";
 
 struct Options {
-  std::string module = ICRES_DEFAULT_MODULE;
+  std::optional<std::string> module;  // --module
   std::optional<std::string> language;
   std::optional<std::string> reference;
   bool json = false;
@@ -109,8 +120,10 @@ std::optional<std::string> ParseCommandLine(int argc, char** argv, Options& opti
     if (arg == "--help" || arg == "-h") {
       options.help = true;
     } else if (arg == "--module") {
-      if (auto fault = value(options.module)) return fault;
-      if (options.module.empty()) return std::string("--module needs a path");
+      std::string path;
+      if (auto fault = value(path)) return fault;
+      if (path.empty()) return std::string("--module needs a path");
+      options.module = path;
     } else if (arg == "--lang") {
       std::string code;
       if (auto fault = value(code)) return fault;
@@ -255,9 +268,14 @@ int Language(const LanguageModule& module) {
   return 0;
 }
 
-// Compares a catalogue source with its reference; loads no module.
+// Compares a catalogue source with its reference (loading no module), or a module with its
+// reference module.
 int Check(const std::string& source, const std::string& reference, bool json) {
-  const ic::icres::CheckResult result = ic::icres::CheckCatalogue(source, reference);
+  // Either file named as a source (.xml) makes both sources: the other is then read as one.
+  const bool sources =
+      ic::icres::IsCatalogueSource(source) || ic::icres::IsCatalogueSource(reference);
+  const ic::icres::CheckResult result = sources ? ic::icres::CheckCatalogue(source, reference)
+                                                : ic::icres::CheckModules(source, reference);
   if (!result.Readable) return Fault(result.Fault);
   Print(json ? ic::icres::FindingsJson(result) : ic::icres::FindingsText(result.Findings));
   return result.Errors() > 0 ? kExitFindings : 0;
@@ -272,15 +290,15 @@ std::optional<std::string> CheckArguments(const Options& options) {
     return std::string("--json goes with dump and check only");
   }
   if (options.reference && command != "check") return std::string("--ref goes with check only");
-  if (command == "list" || command == "dump" || command == "language") {
+  if (command == "list" || command == "dump" || command == "language" || command == "module") {
     if (arguments != 0) return command + " takes no arguments";
   } else if (command == "show") {
     if (arguments != 1) return std::string("show takes one catalogue name");
   } else if (command == "get") {
     if (arguments < 2) return std::string("get takes a catalogue name and a key");
   } else if (command == "check") {
-    if (arguments != 1) return std::string("check takes one catalogue source");
-    if (!options.reference) return std::string("check needs --ref REFERENCE.xml");
+    if (arguments != 1) return std::string("check takes one catalogue source or module");
+    if (!options.reference) return std::string("check needs --ref REFERENCE");
   } else {
     return "unknown command " + Quoted(command);
   }
@@ -298,7 +316,13 @@ int Run(int argc, char** argv) {
   if (options.words[0] == "check") return Check(options.words[1], *options.reference, options.json);
 
   std::string error;
-  const std::unique_ptr<LanguageModule> module = LanguageModule::Load(options.module, error);
+  const ic::icres::ModuleLocation location =
+      ic::icres::FindModule(options.module, ICRES_INSTALLED_MODULE, ICRES_DEFAULT_MODULE);
+  if (options.words[0] == "module") {
+    Print(location.Path + "\t" + location.Origin + "\n");
+    return 0;
+  }
+  const std::unique_ptr<LanguageModule> module = LanguageModule::Load(location.Path, error);
   if (!module) return Fault(error);
   if (options.language && !module->SetLanguage(ic::icres::FromUtf8(*options.language), error)) {
     return Fault(error);
