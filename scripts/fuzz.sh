@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the fuzz targets (preset "fuzz", clang) and runs them with libFuzzer.
 # Usage: scripts/fuzz.sh [target|all] [seconds]    (default: all targets, 60 seconds each)
+# IC_FUZZ_JOBS=N runs N targets at a time (default 1).
 # Targets: the names in fuzz/targets/NAME_fuzz.cpp. Each run starts from the seed corpus in
 # fuzz/corpus/NAME and keeps what it finds in build/fuzz/corpus/NAME; a crash leaves its input in
 # build/fuzz/crashes/NAME (add it to fuzz/corpus/NAME once fixed) and fails the script.
@@ -31,24 +32,46 @@ dictionary() {
   esac
 }
 
-status=0
-for name in "${targets[@]}"; do
-  work=build/fuzz/corpus/${name}
-  crashes=build/fuzz/crashes/${name}
+# Runs one target; its report goes to build/fuzz/NAME.report, its status to NAME.status.
+run_one() {
+  local name=$1
+  local work=build/fuzz/corpus/${name} crashes=build/fuzz/crashes/${name}
+  local log=build/fuzz/${name}.log report=build/fuzz/${name}.report
   mkdir -p "${work}" "${crashes}"
-  args=(-max_total_time="${seconds}" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1
-        -artifact_prefix="${crashes}/")
+  local args=(-max_total_time="${seconds}" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1
+              -artifact_prefix="${crashes}/")
+  local dict
   dict=$(dictionary "${name}" || true)
   [ -n "${dict}" ] && args+=(-dict="${dict}")
-  echo "=== fuzz ${name}: ${seconds} s"
-  if ! ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
-      "build/fuzz/fuzz/fuzz_${name}" "${args[@]}" "${work}" "fuzz/corpus/${name}" \
-      2> "build/fuzz/${name}.log"; then
-    echo "fuzz ${name}: FAILED, input kept in ${crashes}; log: build/fuzz/${name}.log"
-    tail -n 40 "build/fuzz/${name}.log"
-    status=1
+  if ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+      "build/fuzz/fuzz/fuzz_${name}" "${args[@]}" "${work}" "fuzz/corpus/${name}" 2> "${log}"; then
+    echo 0 > "build/fuzz/${name}.status"
+    { echo "=== fuzz ${name}: ${seconds} s"
+      grep -aE "^#[0-9]+[[:space:]]+DONE|stat::number_of_executed_units|stat::average_exec_per_sec" "${log}"
+    } > "${report}"
+  else
+    echo 1 > "build/fuzz/${name}.status"
+    { echo "=== fuzz ${name}: FAILED, input kept in ${crashes}; log: ${log}"
+      tail -n 40 "${log}"
+    } > "${report}"
   fi
-  grep -E "^#[0-9]+ +DONE|stat::number_of_executed_units|stat::average_exec_per_sec" \
-    "build/fuzz/${name}.log" || true
+}
+
+jobs=${IC_FUZZ_JOBS:-1}
+running=0
+for name in "${targets[@]}"; do
+  if ((running >= jobs)); then
+    wait -n || true
+    running=$((running - 1))
+  fi
+  run_one "${name}" &
+  running=$((running + 1))
+done
+wait
+
+status=0
+for name in "${targets[@]}"; do
+  cat "build/fuzz/${name}.report"
+  [ "$(cat "build/fuzz/${name}.status")" = 0 ] || status=1
 done
 exit "${status}"

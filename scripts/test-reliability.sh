@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The reliability checks, run by CI after scripts/test.sh (whose release build step 3 uses):
-#   1. fuzz smoke: every fuzz target for 20 seconds (preset "fuzz", clang + libFuzzer);
+#   1. fuzz smoke: every fuzz target for 20 seconds (preset "fuzz", clang + libFuzzer), as many
+#      at a time as there are processors;
 #   2. ThreadSanitizer over the resource tests (preset "tsan"), with the one suppression of
 #      tests/resources/tsan.supp;
 #   3. valgrind memcheck over 100 load/unload cycles of the language module.
@@ -14,7 +15,7 @@ start=$(date +%s)
 step() { echo "=== reliability: $1 (at $(($(date +%s) - start)) s)"; }
 
 step "fuzz smoke"
-scripts/fuzz.sh all "${IC_FUZZ_SMOKE_SECONDS:-20}"
+IC_FUZZ_JOBS=$(nproc 2>/dev/null || echo 2) scripts/fuzz.sh all "${IC_FUZZ_SMOKE_SECONDS:-20}"
 
 step "ThreadSanitizer over the resource tests"
 tsan_tests=(resources_runtime_test resources_threads_test resources_module_test

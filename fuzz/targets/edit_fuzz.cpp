@@ -16,14 +16,7 @@ class ByteChoices {
  public:
   explicit ByteChoices(ic::fuzz::FuzzInput& input) : _input(input) {}
   int Pick(int low, int high) { return _input.Int(low, high); }
-  std::string RandomText(int maxLength) {
-    static const char alphabet[] = "abcab\r\nxy";
-    const int length = Pick(0, maxLength);
-    std::string t;
-    for (int i = 0; i < length; ++i)
-      t += alphabet[Pick(0, static_cast<int>(sizeof alphabet) - 2)];
-    return t;
-  }
+  std::string RandomText(int maxLength) { return ic::test::ModelText(*this, maxLength); }
 
  private:
   ic::fuzz::FuzzInput& _input;

@@ -15,6 +15,18 @@
 
 namespace ic::test {
 
+/// A random text for the edits: up to `maxLength` units from a small alphabet with line ends,
+/// each choice taken from `choices` (Pick(low, high)).
+template <class Choices>
+std::string ModelText(Choices& choices, int maxLength) {
+  static const char alphabet[] = "abcab\r\nxy";
+  const int length = choices.Pick(0, maxLength);
+  std::string t;
+  for (int i = 0; i < length; ++i)
+    t += alphabet[choices.Pick(0, static_cast<int>(sizeof alphabet) - 2)];
+  return t;
+}
+
 // The model of each edit on std::string, with the same out-of-range rules.
 struct StdModel {
   std::string s;

@@ -24,14 +24,7 @@ class Model {
  public:
   explicit Model(uint32_t seed) : _rng(seed) {}
 
-  std::string RandomText(int maxLength) {
-    static const char alphabet[] = "abcab\r\nxy";
-    const int length = Pick(0, maxLength);
-    std::string t;
-    for (int i = 0; i < length; ++i)
-      t += alphabet[Pick(0, static_cast<int>(sizeof alphabet) - 2)];
-    return t;
-  }
+  std::string RandomText(int maxLength) { return test::ModelText(*this, maxLength); }
   int Pick(int low, int high) { return std::uniform_int_distribution<int>(low, high)(_rng); }
 
  private:
