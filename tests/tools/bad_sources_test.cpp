@@ -71,6 +71,10 @@ const std::vector<Case> kCases = {
       {6, "parameter {line} at position 0"},
       {6, "parameter {column} at position 11"}}},
     {"empty.xml", {{1, "XML error: no element found"}}},
+    // A device that never ends is no file to read.
+    {"include_device.xml",
+     {{2, "cannot open the included file '/dev/zero'"},
+      {3, "unmatched opening brace '{' at position 0"}}},
     {"wrong_root.xml", {{2, "lacks the 'resources' root element (found 'catalogue')"}}},
 };
 
