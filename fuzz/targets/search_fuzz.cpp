@@ -28,15 +28,25 @@ int32_t ReferenceFind(const std::basic_string<Unit>& text, const std::basic_stri
   return -1;
 }
 
-// Last match that ends at or before `end`, or -1. The backward walk of narrow text tries only
-// code point starts: a continuation byte (10xxxxxx) is stepped over.
+// Last match that ends at or before `end`, or -1. Narrow text is tried at code point starts
+// only: the first candidate moves back over continuation bytes (10xxxxxx), and finds nothing
+// when that reaches the start of the text; once a candidate has been tried, the start of the
+// text is always tried last.
 template <class Unit>
 int32_t ReferenceFindLast(const std::basic_string<Unit>& text,
                           const std::basic_string<Unit>& needle, int32_t end) {
+  const auto continuation = [&text](size_t i) {
+    return sizeof(Unit) == 1 && (static_cast<uint32_t>(text[i]) & 0xc0) == 0x80;
+  };
   const size_t limit = std::min(text.size(), static_cast<size_t>(end < 0 ? 0 : end));
   if (end <= 0 || needle.size() > limit) return -1;
-  for (size_t i = limit - needle.size() + 1; i-- > 0;) {
-    if (sizeof(Unit) == 1 && (static_cast<uint32_t>(text[i]) & 0xc0) == 0x80) continue;
+  size_t first = limit - needle.size();
+  while (continuation(first)) {
+    if (first == 0) return -1;
+    --first;
+  }
+  for (size_t i = first + 1; i-- > 0;) {
+    if (continuation(i) && i != 0) continue;
     if (text.compare(i, needle.size(), needle) == 0) return static_cast<int32_t>(i);
   }
   return -1;

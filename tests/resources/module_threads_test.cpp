@@ -78,8 +78,10 @@ TEST(LanguageModuleThreadsTest, EightThreadsForABoundedTime) {
       const std::u16string own = u"Thread " + Number(t) + u" round " + Number(round);
       ic::resources::SetStringOverride(own.c_str(), ownId);
       if (ic::resources::GetStringOverride(false, ownId).GetText() != own) faults++;
-      // No override for this id: the empty string, lower-cased.
-      if (ic::resources::GetStringOverride(true, absentId).GetLength() != 0) faults++;
+      // No override for this id: the empty string, lower-cased. Its text is read, not its
+      // length: the lower-casing leaves the shared empty block's length unknown, and a reader
+      // that measures it writes the length back into that block.
+      if (ic::resources::GetStringOverride(true, absentId).GetText()[0] != 0) faults++;
       rounds++;
     }
     ic::resources::SetStringOverride(nullptr, ownId);
