@@ -9,6 +9,7 @@ packages=(
   libexpat1-dev libicu-dev libabsl-dev
   libcurl4-openssl-dev
   clang-format
+  clang-16 libclang-rt-16-dev valgrind
 )
 
 missing=()

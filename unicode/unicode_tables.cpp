@@ -41,11 +41,26 @@ void FreeRows(NamedCodePointSet* rows, size_t count) noexcept {
 // bulk tables as they stand in the data, sorted and merged or not.
 enum class Fill { ThroughAdd, AsTheyStand };
 
-// Fills every row with one allocation, registers `unload` with the exit list and sets `loaded`.
+// The tear-down of a table at exit: a function-local static whose destructor runs Unload,
+// made the first time the table is filled. The compiler registers the destructor with the exit
+// list of the module that holds it, so it also runs when a host unloads the module (a plain
+// atexit registration does too, except under ThreadSanitizer, whose atexit keeps the function
+// for the process's exit, after the module is gone). Unload does nothing for a table that is
+// not loaded.
+template <void (*Unload)()>
+void UnloadAtExit() {
+  struct Action {
+    ~Action() { Unload(); }
+  };
+  static const Action action;
+  (void)action;
+}
+
+// Fills every row with one allocation, makes sure that Unload runs at exit and sets `loaded`.
 // A table already loaded is left alone.
-template <size_t N>
+template <void (*Unload)(), size_t N>
 void LoadTable(NamedCodePointSet (&table)[N], const internal::UnicodeRowSource (&sources)[N],
-               const CodePointRange* ranges, Fill fill, bool& loaded, void (*unload)()) {
+               const CodePointRange* ranges, Fill fill, bool& loaded) {
   NamedCodePointSet* const rows = table;
   if (loaded) return;
   size_t filled = 0;
@@ -64,7 +79,7 @@ void LoadTable(NamedCodePointSet (&table)[N], const internal::UnicodeRowSource (
       row.name = source.name;
       row.nameLength = source.nameLength;
     }
-    if (std::atexit(unload) != 0) throw std::bad_alloc();
+    UnloadAtExit<Unload>();
   } catch (...) {
     FreeRows(rows, filled < N ? filled + 1 : N);
     throw;
@@ -88,24 +103,27 @@ constinit const NamedCodePointSet (&UnicodeScriptExtensionTable)[UnicodeScriptEx
     TScriptExtensionRows.rows;
 
 void LoadUnicodeBlockTable() {
-  LoadTable(TBlockRows.rows, internal::UnicodeBlockRows, internal::UnicodeBlockRanges,
-            Fill::ThroughAdd, TBlockLoaded, [] { internal::UnloadUnicodeBlockTable(); });
+  LoadTable<internal::UnloadUnicodeBlockTable>(TBlockRows.rows, internal::UnicodeBlockRows,
+                                               internal::UnicodeBlockRanges, Fill::ThroughAdd,
+                                               TBlockLoaded);
 }
 
 void LoadUnicodeCategoryTable() {
-  LoadTable(TCategoryRows.rows, internal::UnicodeCategoryRows, internal::UnicodeCategoryRanges,
-            Fill::AsTheyStand, TCategoryLoaded, [] { internal::UnloadUnicodeCategoryTable(); });
+  LoadTable<internal::UnloadUnicodeCategoryTable>(TCategoryRows.rows, internal::UnicodeCategoryRows,
+                                                  internal::UnicodeCategoryRanges,
+                                                  Fill::AsTheyStand, TCategoryLoaded);
 }
 
 void LoadUnicodeScriptTable() {
-  LoadTable(TScriptRows.rows, internal::UnicodeScriptRows, internal::UnicodeScriptRanges,
-            Fill::AsTheyStand, TScriptLoaded, [] { internal::UnloadUnicodeScriptTable(); });
+  LoadTable<internal::UnloadUnicodeScriptTable>(TScriptRows.rows, internal::UnicodeScriptRows,
+                                                internal::UnicodeScriptRanges, Fill::AsTheyStand,
+                                                TScriptLoaded);
 }
 
 void LoadUnicodeScriptExtensionTable() {
-  LoadTable(TScriptExtensionRows.rows, internal::UnicodeScriptExtensionRows,
-            internal::UnicodeScriptExtensionRanges, Fill::AsTheyStand, TScriptExtensionLoaded,
-            [] { internal::UnloadUnicodeScriptExtensionTable(); });
+  LoadTable<internal::UnloadUnicodeScriptExtensionTable>(
+      TScriptExtensionRows.rows, internal::UnicodeScriptExtensionRows,
+      internal::UnicodeScriptExtensionRanges, Fill::AsTheyStand, TScriptExtensionLoaded);
 }
 
 void LoadUnicodeTables() {

@@ -1,7 +1,8 @@
 // The language module as a host sees it: loaded at run time, the chain of its thirteen records
 // in start-up order, rows found by key, the language set through its manager, and unloading.
-#include <malloc.h>
-
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <set>
 #include <string>
 #include <vector>
@@ -10,15 +11,19 @@
 #include <ic/resources/lookup.h>
 
 #include "loaded_module.h"
+#include "module_cycle.h"
 #include "module_paths.h"
 #include "utf8.h"
 
 namespace {
 
 using ic::resources::ResourceStringLibrary;
+using ic::test::BytesInUse;
+using ic::test::ExpectBytesInUseBelow;
 using ic::test::IsModuleMapped;
 using ic::test::LoadedModule;
 using ic::test::ModulePath;
+using ic::test::UseModuleOnce;
 using ic::test::Utf8;
 
 struct Expected {
@@ -193,53 +198,37 @@ TEST(LanguageModuleLifetimeTest, UnloadsWithoutAnyCall) {
   EXPECT_FALSE(IsModuleMapped(ModulePath));
 }
 
-// Bytes in use by the C library's allocator.
-size_t BytesInUse() {
-  return mallinfo2().uordblks;
-}
-
-// Expects the allocator to hold fewer bytes than `limit`. Under AddressSanitizer the allocator
-// keeps no such statistics; its leak check at exit covers these runs instead.
-void ExpectBytesInUseBelow(size_t limit) {
-#if defined(__SANITIZE_ADDRESS__)
-  (void)limit;
-#else
-  const size_t inUse = BytesInUse();
-  EXPECT_LT(inUse, limit) << "in use " << inUse;
-#endif
-}
-
-// Loads, uses and unloads the module, building key indices and setting the language, so that
-// every kind of allocation that the module makes is made once.
-void UseOnce() {
-  LoadedModule module(ModulePath);
-  ASSERT_TRUE(module.IsLoaded()) << module.Error();
-  const auto chain = module.Chain();
-  ASSERT_EQ(chain.size(), 13u);
-  EXPECT_EQ(module.Language(false), u"en");  // each load has a fresh manager
-  module.SetLanguage(u"Deutsch");
-  for (ResourceStringLibrary* record : chain)
-    module.BuildKeyIndex(record);
-  EXPECT_EQ(module.FindRow(module.Find(u"xml"), u"wfc_GIMatch"),
-            module.Find(u"xml")->KeyIndex.at(u"wfc_GIMatch"));
-  ASSERT_TRUE(module.Unload());
-  EXPECT_FALSE(IsModuleMapped(ModulePath));
-}
-
-TEST(LanguageModuleLifetimeTest, LoadAndUnloadAHundredTimes) {
-  UseOnce();  // the loader's own first-use allocations happen here
+// Load and unload cycles: IC_MODULE_CYCLES in the environment, 1000 if unset (the valgrind
+// run of the reliability checks asks for fewer). Prints the heap that one load holds and the
+// time of one cycle.
+TEST(LanguageModuleLifetimeTest, LoadAndUnloadAThousandTimes) {
+  const char* setting = std::getenv("IC_MODULE_CYCLES");
+  const int cycles = setting != nullptr ? std::atoi(setting) : 1000;
+  ASSERT_GT(cycles, 0);
+  UseModuleOnce();  // the loader's own first-use allocations happen here
   const size_t before = BytesInUse();
-  for (int i = 0; i < 100; ++i) {
-    UseOnce();
+  size_t heapPerLoad = 0;
+  {
+    LoadedModule module(ModulePath);
+    ASSERT_TRUE(module.IsLoaded()) << module.Error();
+    heapPerLoad = BytesInUse() - before;
+  }
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < cycles; ++i) {
+    UseModuleOnce();
     if (HasFatalFailure()) return;
   }
-  // One cycle builds thirteen key indices (514 tree nodes) and more; a leak of any of them
-  // would add well over this margin in a hundred cycles.
+  const std::chrono::duration<double, std::micro> elapsed =
+      std::chrono::steady_clock::now() - start;
+  std::printf("%d cycles: %zu heap bytes held by one load, %.0f us per load, use and unload\n",
+              cycles, heapPerLoad, elapsed.count() / cycles);
+  // One cycle builds thirteen key indices (514 tree nodes) and more; a leak of any of them, or
+  // of more than 16 bytes a cycle over 1000 cycles, would add more than this margin.
   ExpectBytesInUseBelow(before + 16 * 1024);
 }
 
 TEST(LanguageModuleLifetimeTest, IndicesAreFreedWithTheModule) {
-  UseOnce();
+  UseModuleOnce();
   const size_t before = BytesInUse();
   {
     LoadedModule module(ModulePath);

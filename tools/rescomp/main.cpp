@@ -175,9 +175,12 @@ int main(int argc, char** argv) {
   Diagnostics diagnostics;
   const Catalogue catalogue = ReadCatalogue(options.source, diagnostics);
   PrintDiagnostics(diagnostics);
-  if (diagnostics.ErrorCount() > 0) return kExitError;
+  // Every fault of the run is reported before it ends: the checks of the module's key header
+  // run on a source with faults too.
+  bool hasErrors = diagnostics.ErrorCount() > 0;
 
   if (options.list) {
+    if (hasErrors) return kExitError;
     for (const Module& module : catalogue.modules)
       std::cout << module.name << '\n';
     return 0;
@@ -185,14 +188,28 @@ int main(int argc, char** argv) {
 
   const Module* module = catalogue.Find(options.module);
   if (module == nullptr) {
-    std::cerr << FormatDiagnostic({Severity::kError, options.source, 0,
-                                   "the module '" + options.module +
-                                       "' is not defined in this source or its includes"})
-              << '\n';
+    // With faults in the source the module may be missing because of them: they are reported.
+    if (!hasErrors) {
+      std::cerr << FormatDiagnostic({Severity::kError, options.source, 0,
+                                     "the module '" + options.module +
+                                         "' is not defined in this source or its includes"})
+                << '\n';
+    }
     return kExitError;
   }
 
   const std::string sourceName = fs::path(options.source).filename().string();
+  std::string keys;
+  if (!options.outKeys.empty()) {
+    std::vector<std::string> faults;
+    keys = GenerateKeyHeader(*module, sourceName, faults);
+    for (const std::string& fault : faults) {
+      std::cerr << FormatDiagnostic({Severity::kError, module->file, module->line, fault}) << '\n';
+    }
+    hasErrors = hasErrors || !faults.empty();
+  }
+  if (hasErrors) return kExitError;
+
   OutputFiles outputs;
   if (!options.outCpp.empty()) {
     const std::string headerInclude = HeaderInclude(options);
@@ -209,15 +226,7 @@ int main(int argc, char** argv) {
     outputs.Add(options.outH, GenerateHeader(tables, sourceName));
     outputs.Add(options.outCpp, GenerateSource(tables, sourceName, headerInclude));
   }
-  if (!options.outKeys.empty()) {
-    std::vector<std::string> faults;
-    std::string keys = GenerateKeyHeader(*module, sourceName, faults);
-    for (const std::string& fault : faults) {
-      std::cerr << FormatDiagnostic({Severity::kError, module->file, module->line, fault}) << '\n';
-    }
-    if (!faults.empty()) return kExitError;
-    outputs.Add(options.outKeys, std::move(keys));
-  }
+  if (!options.outKeys.empty()) outputs.Add(options.outKeys, std::move(keys));
   if (!options.depfile.empty()) {
     std::string depfile =
         DepfilePath(options.outCpp.empty() ? options.outKeys : options.outCpp) + ":";

@@ -24,9 +24,11 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kUnnamed = "<unnamed>";
 
+// The bytes of a regular file; nothing for a file that cannot be read and for anything that is
+// not a regular file (a folder, a device such as /dev/zero that never ends, a pipe).
 std::optional<std::string> ReadFileBytes(const std::string& path) {
   std::error_code error;
-  if (fs::is_directory(path, error)) return std::nullopt;
+  if (!fs::is_regular_file(path, error)) return std::nullopt;
   std::ifstream in(path, std::ios::binary);
   if (!in) return std::nullopt;
   std::ostringstream buffer;
@@ -84,6 +86,8 @@ class FileReader {
     XML_SetUserData(parser_, this);
     XML_SetElementHandler(parser_, &FileReader::OnStart, &FileReader::OnEnd);
     XML_SetCharacterDataHandler(parser_, &FileReader::OnText);
+    XML_SetXmlDeclHandler(parser_, &FileReader::OnDeclaration);
+    CheckEncodingMark(bytes);
     if (bytes.size() > static_cast<std::size_t>(INT_MAX)) {
       Error(0, "the file is too large");
       state_.catalogue.complete = false;
@@ -118,11 +122,40 @@ class FileReader {
     static_cast<FileReader*>(self)->Start(name, attributes);
   }
   static void XMLCALL OnEnd(void* self, const XML_Char*) { static_cast<FileReader*>(self)->End(); }
+  static void XMLCALL OnDeclaration(void* self, const XML_Char*, const XML_Char* encoding, int) {
+    static_cast<FileReader*>(self)->Declaration(encoding);
+  }
   static void XMLCALL OnText(void* self, const XML_Char* text, int length) {
     static_cast<FileReader*>(self)->Text(std::string_view(text, static_cast<std::size_t>(length)));
   }
 
   long Line() const { return static_cast<long>(XML_GetCurrentLineNumber(parser_)); }
+
+  // A source is UTF-8 without a byte-order mark. The XML parser would read UTF-16 and a
+  // declared encoding just as well, so these are reported here; the reading goes on, so that
+  // the faults behind them are reported in the same run.
+  void CheckEncodingMark(std::string_view bytes) {
+    const auto starts = [bytes](std::string_view mark) {
+      return bytes.substr(0, mark.size()) == mark;
+    };
+    if (starts("\xfe\xff") || starts("\xff\xfe") || starts(std::string_view("<\0", 2)) ||
+        starts(std::string_view("\0<", 2))) {
+      Error(1, "the file is in UTF-16: a catalogue source is UTF-8");
+    } else if (starts("\xef\xbb\xbf")) {
+      Error(1, "the file begins with a byte-order mark: a catalogue source is UTF-8 without one");
+    }
+  }
+
+  void Declaration(const XML_Char* encoding) {
+    if (encoding == nullptr) return;
+    std::string name(encoding);
+    for (char& c : name)
+      c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 32 : c);
+    if (name != "UTF-8" && name != "UTF8") {
+      Error(Line(), "the XML declaration names the encoding " + Quote(encoding) +
+                        ": a catalogue source is UTF-8");
+    }
+  }
   void Error(long line, std::string message) {
     state_.diagnostics.Error(file_, line, std::move(message));
   }
@@ -213,7 +246,7 @@ class FileReader {
   }
 
   void StartModule(long line, const XML_Char** attributes) {
-    module_.emplace();
+    module_.emplace(OpenModule{});
     module_->line = line;
     const char* name = nullptr;
     const char* params = nullptr;
@@ -270,7 +303,7 @@ class FileReader {
   }
 
   void StartString(long line, const XML_Char** attributes) {
-    string_.emplace();
+    string_.emplace(OpenString{});
     string_->line = line;
     const char* name = nullptr;
     std::vector<std::string> unknown;
@@ -396,9 +429,15 @@ Catalogue ReadCatalogue(const std::string& path, Diagnostics& diagnostics,
     catalogue.complete = false;
     return catalogue;
   }
+  return ReadCatalogueBytes(path, *bytes, diagnostics, options);
+}
+
+Catalogue ReadCatalogueBytes(const std::string& path, const std::string& bytes,
+                             Diagnostics& diagnostics, const ReadOptions& options) {
+  Catalogue catalogue;
   catalogue.files.push_back(path);
   ReaderState state{catalogue, diagnostics, options, {CanonicalOrAbsolute(path)}, {}};
-  FileReader(state, path).Parse(*bytes);
+  FileReader(state, path).Parse(bytes);
   return catalogue;
 }
 

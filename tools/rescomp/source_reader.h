@@ -53,4 +53,9 @@ struct ReadOptions {
 Catalogue ReadCatalogue(const std::string& path, Diagnostics& diagnostics,
                         const ReadOptions& options = {});
 
+// As ReadCatalogue, with the bytes of `path` given instead of read; its includes are read from
+// the file system, relative to `path`.
+Catalogue ReadCatalogueBytes(const std::string& path, const std::string& bytes,
+                             Diagnostics& diagnostics, const ReadOptions& options = {});
+
 }  // namespace ic::rescomp

@@ -7,11 +7,14 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
 
 namespace ic::test {
 
-ProcessResult RunProcess(const std::string& program, const std::vector<std::string>& arguments) {
+ProcessResult RunProcess(const std::string& program, const std::vector<std::string>& arguments,
+                         int timeoutSeconds) {
   ProcessResult result;
   int out[2];
   int err[2];
@@ -50,11 +53,26 @@ ProcessResult RunProcess(const std::string& program, const std::vector<std::stri
   std::string* sinks[2] = {&result.Out, &result.Err};
   int streams = 2;
   char buffer[65536];
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(timeoutSeconds);
   while (streams > 0) {
-    if (poll(fds, 2, -1) < 0) {
+    int wait = -1;
+    if (timeoutSeconds > 0) {
+      const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+          deadline - std::chrono::steady_clock::now());
+      if (left.count() <= 0) {
+        kill(child, SIGKILL);  // the pipes close with the child, which ends the loop
+        result.TimedOut = true;
+        wait = -1;
+      } else {
+        wait = static_cast<int>(left.count());
+      }
+    }
+    const int ready = poll(fds, 2, result.TimedOut ? -1 : wait);
+    if (ready < 0) {
       if (errno == EINTR) continue;
       break;
     }
+    if (ready == 0) continue;
     for (int i = 0; i < 2; ++i) {
       if (fds[i].fd < 0 || !(fds[i].revents & (POLLIN | POLLHUP | POLLERR))) continue;
       const ssize_t n = read(fds[i].fd, buffer, sizeof buffer);

@@ -7,13 +7,15 @@
 namespace ic::test {
 
 struct ProcessResult {
-  int Status = -1;  ///< exit status, or -1 if the program did not exit normally
-  std::string Out;  ///< everything written to standard output
-  std::string Err;  ///< everything written to standard error
+  int Status = -1;        ///< exit status, or -1 if the program did not exit normally
+  std::string Out;        ///< everything written to standard output
+  std::string Err;        ///< everything written to standard error
+  bool TimedOut = false;  ///< the program was killed at the time limit
 };
 
 /// Runs `program` with `arguments` (not including the program name), standard input closed,
-/// and waits for it.
-ProcessResult RunProcess(const std::string& program, const std::vector<std::string>& arguments);
+/// and waits for it; with a positive `timeoutSeconds`, kills it when it runs longer.
+ProcessResult RunProcess(const std::string& program, const std::vector<std::string>& arguments,
+                         int timeoutSeconds = 0);
 
 }  // namespace ic::test
