@@ -2,7 +2,7 @@
 
 #if defined(_WIN32)
 
-#include <windows.h>
+#include <ic/platform/internal/windows_api.h>
 
 namespace ic::platform {
 

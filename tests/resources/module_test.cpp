@@ -1,6 +1,5 @@
 // The language module as a host sees it: loaded at run time, the chain of its thirteen records
 // in start-up order, rows found by key, the language set through its manager, and unloading.
-#include <malloc.h>
 
 #include <set>
 #include <string>
@@ -9,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <ic/resources/lookup.h>
 
+#include "heap_usage.h"
 #include "loaded_module.h"
 #include "module_paths.h"
 #include "utf8.h"
@@ -193,10 +193,7 @@ TEST(LanguageModuleLifetimeTest, UnloadsWithoutAnyCall) {
   EXPECT_FALSE(IsModuleMapped(ModulePath));
 }
 
-// Bytes in use by the C library's allocator.
-size_t BytesInUse() {
-  return mallinfo2().uordblks;
-}
+using ic::test::BytesInUse;
 
 // Expects the allocator to hold fewer bytes than `limit`. Under AddressSanitizer the allocator
 // keeps no such statistics; its leak check at exit covers these runs instead.
