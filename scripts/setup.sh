@@ -9,6 +9,7 @@ packages=(
   libexpat1-dev libicu-dev libabsl-dev
   libcurl4-openssl-dev
   clang-format
+  locales
 )
 
 missing=()
