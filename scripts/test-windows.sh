@@ -84,6 +84,15 @@ posix_contract+=":WideRuntimeTest.LowerAndUpperCaseInPlace:WideRuntimeTest.InPla
 posix_contract+=":WideRuntimeTest.ComparesIgnoringCase:WideFormat.MatchesTheNarrowFormatterOnRandomSpecs"
 posix_contract+=":BoundedFormatWide.NumbersFormatAsInTheNarrowForm"
 posix_contract+=":MultiByteToWideChar.InvalidArgumentsGiveZero:WideCharToMultiByte.InvalidArgumentsGiveZero"
+# Checked against our own model, which wine's decoder of ill-formed UTF-8 does not follow in the
+# replacements it makes (a differential against the native call is still to be written).
+posix_contract+=":CodePage/BothPaths.Utf8AgreesWithTheModel*"
+# The heap limits were set for glibc's statistics; the walk of the CRT heap counts what loading
+# a DLL adds to it.
+posix_contract+=":LanguageModuleLifetimeTest.IndicesAreFreedWithTheModule"
+posix_contract+=":LanguageModuleLifetimeTest.LoadAndUnloadAHundredTimes"
+# Wine loads its built-in kernel32 for any path that ends in that name; Windows does not.
+posix_contract+=":DynamicLibraryTest.FailuresGiveAnEmptyObjectAndAReason"
 
 declare -A triple=([x64]=x86_64-w64-mingw32 [x86]=i686-w64-mingw32)
 declare -A toolchain=([x64]=mingw-w64-x86_64 [x86]=mingw-w64-i686)
