@@ -20,7 +20,7 @@
 #
 # A language module: a shared library of the resource runtime, the module start-up and the
 # tables compiled from SOURCES (with PSEUDO, their pseudo-locale), which exports only the
-# functions of host_api.h (ic_restrict_module_exports). The text library is linked in
+# functions of host_api.h (ic_limit_module_exports). The text library is linked in
 # statically with its symbols hidden.
 
 # Adds the custom command that runs rescomp on the module `module` of one source. OUTPUTS are the
@@ -139,26 +139,5 @@ function(ic_add_language_module target)
   # The generated headers are included as "catalogues/<name>.h".
   target_include_directories(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}")
   target_link_libraries(${target} PRIVATE ic::text ic_options)
-  ic_restrict_module_exports(${target})
-endfunction()
-
-# Lets only the exports of host_api.h leave the shared library `target`, which links the text
-# library and the resource runtime in. This also keeps inside the template instantiations of
-# the standard library, which the compiler marks for export. These are options of the GNU
-# linker and of those that follow it (gold, lld, mold): each is checked.
-function(ic_restrict_module_exports target)
-  set(map "${PROJECT_SOURCE_DIR}/resources/icres_zh.map")
-  check_linker_flag(CXX "LINKER:--exclude-libs,ALL" IC_LINKER_EXCLUDE_LIBS)
-  check_linker_flag(CXX "LINKER:--version-script=${map}" IC_LINKER_VERSION_SCRIPT)
-  check_linker_flag(CXX "LINKER:--no-undefined" IC_LINKER_NO_UNDEFINED)
-  if(IC_LINKER_EXCLUDE_LIBS)
-    target_link_options(${target} PRIVATE LINKER:--exclude-libs,ALL)
-  endif()
-  if(IC_LINKER_VERSION_SCRIPT)
-    target_link_options(${target} PRIVATE "LINKER:--version-script=${map}")
-    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${map}")
-  endif()
-  if(IC_LINKER_NO_UNDEFINED AND NOT IC_SANITIZE)
-    target_link_options(${target} PRIVATE LINKER:--no-undefined)
-  endif()
+  ic_limit_module_exports(${target})
 endfunction()

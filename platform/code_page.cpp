@@ -2,7 +2,7 @@
 
 #if defined(_WIN32)
 
-#include <windows.h>
+#include <ic/platform/internal/windows_api.h>
 
 namespace ic::platform {
 
@@ -115,13 +115,18 @@ int64_t Utf8ToUtf16(const unsigned char* s, const unsigned char* const end, char
   };
 
 #if defined(IC_HAVE_AVX2_KERNELS)
-  if (internal::UseVectorKernels()) {
+  // The kernel may leave up to 8 units of scratch behind the count it returns (its packing
+  // stores write whole halves). The input left behind it must then give at least that many
+  // units, which overwrite them: every sequence of up to 3 bytes gives at least one unit, so 3 * 8
+  // bytes beyond the kernel's window, and the 3 bytes of a sequence it started, are kept back.
+  constexpr ptrdiff_t kKernelTail = 3 * 8 + 3;
+  if (internal::UseVectorKernels() && end - s > kKernelTail) {
     for (;;) {
       if constexpr (kWrite)
-        n += internal::Utf8ToUtf16Avx2(s, end, dst + n, room - n);
+        n += internal::Utf8ToUtf16Avx2(s, end - kKernelTail, dst + n, room - n);
       else
         n += internal::CountUtf16Avx2(s, end);
-      if (end - s < 16 || (kWrite && room - n < 32)) break;
+      if (end - s < 16 + kKernelTail || (kWrite && room - n < 32)) break;
       // The kernel stopped before something it does not take: the exact gear for the next 16
       // bytes (and the sequence that straddles their end), with room for all they can give.
       const unsigned char* const stop = s + 16;
@@ -144,13 +149,23 @@ int64_t Utf8ToUtf16(const unsigned char* s, const unsigned char* const end, char
 #if defined(IC_CODE_PAGE_SSE2)
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s));
     const unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(bytes));
-    if constexpr (kWrite) {
-      // All 16 widened; units behind the ASCII prefix are overwritten by what follows.
-      const __m128i zero = _mm_setzero_si128();
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + n), _mm_unpacklo_epi8(bytes, zero));
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + n + 8), _mm_unpackhi_epi8(bytes, zero));
-    }
     asciiPrefix = mask == 0 ? 16u : static_cast<unsigned>(__builtin_ctz(mask));
+    if constexpr (kWrite) {
+      // Only the ASCII prefix is written: a unit behind it might not be overwritten before the
+      // end, and nothing may be written past the count returned. Whole halves go at once.
+      const __m128i zero = _mm_setzero_si128();
+      unsigned done = 0;
+      if (asciiPrefix >= 8) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + n), _mm_unpacklo_epi8(bytes, zero));
+        done = 8;
+      }
+      if (asciiPrefix == 16) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + n + 8), _mm_unpackhi_epi8(bytes, zero));
+        done = 16;
+      }
+      for (; done < asciiPrefix; ++done)
+        dst[n + done] = s[done];
+    }
 #else
     asciiPrefix = 0;
     while (asciiPrefix < 16 && s[asciiPrefix] < 0x80) {

@@ -4,10 +4,14 @@
 // Static builds define nothing special: the attribute is harmless there.
 #pragma once
 
+// On Windows the library's own objects carry no dllexport: they are compiled once and go both
+// into the static library, which the language module links, and into the DLL. The module's
+// export table is its definition file (resources/icres_zh.def), so nothing of the text library
+// leaks out of it; the text library's DLL exports its symbols through the linker's export of
+// all symbols, which applies where no object asks for exports of its own. Hosts of that DLL
+// import with IC_SHARED.
 #if defined(_WIN32)
-#if defined(IC_BUILDING_LIBRARY)
-#define IC_API __declspec(dllexport)
-#elif defined(IC_SHARED)
+#if defined(IC_SHARED) && !defined(IC_BUILDING_LIBRARY)
 #define IC_API __declspec(dllimport)
 #else
 #define IC_API

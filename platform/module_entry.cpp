@@ -4,7 +4,7 @@
 // module keeps no per-thread state. Elsewhere the loader runs the same lists without an entry
 // point, and this file compiles to nothing.
 #if defined(_WIN32)
-#include <windows.h>
+#include <ic/platform/internal/windows_api.h>
 
 BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
   if (reason == DLL_PROCESS_ATTACH) DisableThreadLibraryCalls(module);

@@ -3,6 +3,7 @@
 #include <ic/platform/wide_runtime.h>
 
 #include <cerrno>
+#include <cstdint>
 
 #if defined(_WIN32)
 #include <wchar.h>
@@ -48,8 +49,8 @@ bool IsSurrogate(char16_t unit) noexcept {
 }
 
 // A mapped value that does not fit in one unit, or lands on a surrogate, leaves the unit as it
-// was.
-char16_t KeepIfWide(char16_t unit, wint_t mapped) noexcept {
+// was. The value is taken as 32 bits: wint_t is 16 bits wide on Windows and 32 elsewhere.
+char16_t KeepIfWide(char16_t unit, uint32_t mapped) noexcept {
   if (mapped > 0xFFFF || IsSurrogate(static_cast<char16_t>(mapped))) return unit;
   return static_cast<char16_t>(mapped);
 }

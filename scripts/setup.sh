@@ -10,6 +10,7 @@ packages=(
   libcurl4-openssl-dev
   clang-format
   clang-16 libclang-rt-16-dev valgrind
+  locales
 )
 
 missing=()

@@ -32,7 +32,9 @@
 #include <ic/path/percent_members.h>
 #include <ic/path/relative_members.h>
 #include <ic/path/resolve_members.h>
+#include <ic/platform/clipboard_members.h>
 #include <ic/platform/export.h>
+#include <ic/platform/system_text_members.h>
 #include <ic/regex/regex_members.h>
 #include <ic/string/append_members.h>
 #include <ic/string/assign_members.h>
@@ -99,7 +101,9 @@ class BasicICString : public Storage,
                       public ICStringTokenMembers<BasicICString<Unit, Storage>>,
                       public ICStringFilterMembers<BasicICString<Unit, Storage>>,
                       public ICStringLineMembers<BasicICString<Unit, Storage>>,
-                      public ICStringQualifiedNameMembers<BasicICString<Unit, Storage>> {
+                      public ICStringQualifiedNameMembers<BasicICString<Unit, Storage>>,
+                      public ICStringClipboardMembers<BasicICString<Unit, Storage>>,
+                      public ICStringSystemTextMembers<BasicICString<Unit, Storage>> {
  public:
   using UnitType = Unit;
   using StorageType = Storage;

@@ -53,7 +53,7 @@ class BasicICStringInline : public ICStringUniqueT<Unit> {
   static constexpr int32_t InlineCapacity = N;
 
   /// True while the text lies in the object's own buffer.
-  bool IsInBuffer() const noexcept { return this->_text == _inline.Buffer; }
+  bool IsInBuffer() const noexcept { return this->_text == _inlineBlock.Buffer; }
 
  private:
   struct InlineBlockLayout {
@@ -68,19 +68,19 @@ class BasicICStringInline : public ICStringUniqueT<Unit> {
   void _InitBuffer() {
     // The header must sit directly behind the text pointer: the unique string's storage code
     // finds the buffer from there.
-    if (reinterpret_cast<const char*>(&_inline) !=
+    if (reinterpret_cast<const char*>(&_inlineBlock) !=
         reinterpret_cast<const char*>(this) + sizeof(Unit*))
       // The message text is part of the contract of ICStringInline and stays as it stands,
       // though it names the check rather than a function of the code.
       throw std::logic_error("ICStringInline_TVerifyMemberPlacement failed!");
-    _inline.LengthWord = 0;
-    _inline.CapacityWord = static_cast<int16_t>(N);
-    _inline.ShareWord = InlineCapable | InlineBlock;
-    _inline.Buffer[0] = 0;
-    this->_text = _inline.Buffer;
+    _inlineBlock.LengthWord = 0;
+    _inlineBlock.CapacityWord = static_cast<int16_t>(N);
+    _inlineBlock.ShareWord = InlineCapable | InlineBlock;
+    _inlineBlock.Buffer[0] = 0;
+    this->_text = _inlineBlock.Buffer;
   }
 
-  InlineBlockLayout _inline;
+  InlineBlockLayout _inlineBlock;
 };
 
 template <int N>

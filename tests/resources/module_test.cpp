@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <ic/resources/lookup.h>
 
+#include "heap_usage.h"
 #include "loaded_module.h"
 #include "module_cycle.h"
 #include "module_paths.h"

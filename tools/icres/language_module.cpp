@@ -1,7 +1,5 @@
-// Loading a language module with the dynamic loader and reading its chain of records.
+// Loading a language module with the platform's loader and reading its chain of records.
 #include "language_module.h"
-
-#include <dlfcn.h>
 
 namespace ic::icres {
 
@@ -10,11 +8,6 @@ namespace {
 // A bound on the walk along Next, so that a damaged chain cannot loop for ever.
 constexpr size_t kMaxCatalogues = 100000;
 
-template <class Function>
-Function LookUp(void* handle, const char* name) {
-  return reinterpret_cast<Function>(dlsym(handle, name));
-}
-
 bool SameName(const char16_t* name, const std::u16string& wanted) {
   return name && std::u16string_view(name) == wanted;
 }
@@ -22,31 +15,29 @@ bool SameName(const char16_t* name, const std::u16string& wanted) {
 }  // namespace
 
 std::unique_ptr<LanguageModule> LanguageModule::Load(const std::string& path, std::string& error) {
-  // A path without a slash would be searched for along the library path; make it relative to
-  // the working directory instead, as a user who names a file means.
-  const std::string where = path.find('/') == std::string::npos ? "./" + path : path;
-  void* handle = dlopen(where.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!handle) {
-    const char* reason = dlerror();
-    error = "cannot load module " + path + ": " + (reason ? reason : "unknown error");
+  // A path without a folder names a file in the working directory, as a user who names a file
+  // means; the loader does not search its library path for it.
+  std::string reason;
+  platform::DynamicLibrary library = platform::DynamicLibrary::Load(path, reason);
+  if (!library.IsLoaded()) {
+    error = "cannot load module " + path + ": " + reason;
     return nullptr;
   }
-  std::unique_ptr<LanguageModule> module(new LanguageModule(handle));
+  std::unique_ptr<LanguageModule> module(new LanguageModule(std::move(library)));
+  const platform::DynamicLibrary& handle = module->_library;
   module->_getFirst =
-      LookUp<resources::GetFirstResourceStringLibraryFn>(handle, "GetFirstResourceStringLibrary");
+      handle.Find<resources::GetFirstResourceStringLibraryFn>("GetFirstResourceStringLibrary");
   if (!module->_getFirst) {
     error = path + " is not a language module: it does not export GetFirstResourceStringLibrary";
     return nullptr;
   }
-  module->_setLanguage = LookUp<resources::SetResourceLanguageFn>(handle, "SetResourceLanguage");
-  module->_getLanguage = LookUp<resources::GetResourceLanguageFn>(handle, "GetResourceLanguage");
-  module->_findRow = LookUp<resources::FindResourceRowFn>(handle, "FindResourceRow");
+  module->_setLanguage = handle.Find<resources::SetResourceLanguageFn>("SetResourceLanguage");
+  module->_getLanguage = handle.Find<resources::GetResourceLanguageFn>("GetResourceLanguage");
+  module->_findRow = handle.Find<resources::FindResourceRowFn>("FindResourceRow");
   return module;
 }
 
-LanguageModule::~LanguageModule() {
-  dlclose(_handle);
-}
+LanguageModule::~LanguageModule() = default;
 
 std::vector<resources::ResourceStringLibrary*> LanguageModule::Catalogues() const {
   std::vector<resources::ResourceStringLibrary*> records;

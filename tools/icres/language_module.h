@@ -5,8 +5,10 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include <ic/platform/dynamic_library.h>
 #include <ic/resources/host_api.h>
 #include <ic/resources/library.h>
 
@@ -41,9 +43,9 @@ class LanguageModule {
   std::optional<std::u16string> GetLanguage(bool lowerCase) const;
 
  private:
-  explicit LanguageModule(void* handle) : _handle(handle) {}
+  explicit LanguageModule(platform::DynamicLibrary library) : _library(std::move(library)) {}
 
-  void* _handle;
+  platform::DynamicLibrary _library;
   resources::GetFirstResourceStringLibraryFn _getFirst = nullptr;
   resources::SetResourceLanguageFn _setLanguage = nullptr;
   resources::GetResourceLanguageFn _getLanguage = nullptr;

@@ -1,47 +1,30 @@
-// dlopen/dlsym/dlclose of the language module for the tests.
+// The language module loaded through the platform's loader for the tests.
 #include "loaded_module.h"
-
-#include <dlfcn.h>
 
 namespace ic::test {
 
-namespace {
-
-template <class Function>
-Function LookUp(void* handle, const char* name) {
-  return reinterpret_cast<Function>(dlsym(handle, name));
-}
-
-}  // namespace
-
 LoadedModule::LoadedModule(const std::string& path) {
-  _handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!_handle) {
-    const char* reason = dlerror();
-    _error = reason ? reason : "dlopen failed";
-    return;
-  }
+  _library = platform::DynamicLibrary::Load(path, _error);
+  if (!_library.IsLoaded()) return;
   GetFirst =
-      LookUp<resources::GetFirstResourceStringLibraryFn>(_handle, "GetFirstResourceStringLibrary");
-  SetLanguage = LookUp<resources::SetResourceLanguageFn>(_handle, "SetResourceLanguage");
-  GetLanguage = LookUp<resources::GetResourceLanguageFn>(_handle, "GetResourceLanguage");
-  BuildKeyIndex = LookUp<resources::BuildResourceKeyIndexFn>(_handle, "BuildResourceKeyIndex");
-  FindRow = LookUp<resources::FindResourceRowFn>(_handle, "FindResourceRow");
+      _library.Find<resources::GetFirstResourceStringLibraryFn>("GetFirstResourceStringLibrary");
+  SetLanguage = _library.Find<resources::SetResourceLanguageFn>("SetResourceLanguage");
+  GetLanguage = _library.Find<resources::GetResourceLanguageFn>("GetResourceLanguage");
+  BuildKeyIndex = _library.Find<resources::BuildResourceKeyIndexFn>("BuildResourceKeyIndex");
+  FindRow = _library.Find<resources::FindResourceRowFn>("FindResourceRow");
   if (!GetFirst || !SetLanguage || !GetLanguage || !BuildKeyIndex || !FindRow) {
     _error = "an export is missing";
   }
 }
 
 bool LoadedModule::Unload() {
-  if (!_handle) return true;
-  const int result = dlclose(_handle);
-  _handle = nullptr;
+  const bool result = _library.Unload();
   GetFirst = nullptr;
   SetLanguage = nullptr;
   GetLanguage = nullptr;
   BuildKeyIndex = nullptr;
   FindRow = nullptr;
-  return result == 0;
+  return result;
 }
 
 std::vector<resources::ResourceStringLibrary*> LoadedModule::Chain() const {
@@ -69,10 +52,7 @@ std::u16string LoadedModule::Language(bool lowerCase) const {
 }
 
 bool IsModuleMapped(const std::string& path) {
-  void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
-  if (!handle) return false;
-  dlclose(handle);
-  return true;
+  return platform::IsLibraryMapped(path);
 }
 
 }  // namespace ic::test

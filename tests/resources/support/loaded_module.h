@@ -1,10 +1,11 @@
-// The language module loaded the way a host loads it, for the tests: dlopen, the exports looked
-// up by name, dlclose when the object goes.
+// The language module loaded the way a host loads it, for the tests: loaded by path, the exports
+// looked up by name, unloaded when the object goes.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include <ic/platform/dynamic_library.h>
 #include <ic/resources/host_api.h>
 #include <ic/resources/library.h>
 
@@ -18,10 +19,10 @@ class LoadedModule {
   LoadedModule(const LoadedModule&) = delete;
   LoadedModule& operator=(const LoadedModule&) = delete;
 
-  bool IsLoaded() const { return _handle != nullptr; }
+  bool IsLoaded() const { return _library.IsLoaded(); }
   const std::string& Error() const { return _error; }
 
-  /// dlclose; true if the loader reported no fault.
+  /// Unloads the module; true if the loader reported no fault.
   bool Unload();
 
   resources::GetFirstResourceStringLibraryFn GetFirst = nullptr;
@@ -38,11 +39,11 @@ class LoadedModule {
   std::u16string Language(bool lowerCase) const;
 
  private:
-  void* _handle = nullptr;
+  platform::DynamicLibrary _library;
   std::string _error;
 };
 
-/// True if the module at `path` is mapped in this process now (dlopen with RTLD_NOLOAD).
+/// True if the module at `path` is mapped in this process now.
 bool IsModuleMapped(const std::string& path);
 
 }  // namespace ic::test

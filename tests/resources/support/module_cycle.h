@@ -2,22 +2,16 @@
 // the pieces of the tests that load the module many times and check that nothing stays.
 #pragma once
 
-#include <malloc.h>
-
 #include <cstddef>
 
 #include <gtest/gtest.h>
 #include <ic/resources/library.h>
 
+#include "heap_usage.h"
 #include "loaded_module.h"
 #include "module_paths.h"
 
 namespace ic::test {
-
-/// Bytes in use by the C library's allocator (0 under AddressSanitizer, which keeps its own).
-inline size_t BytesInUse() {
-  return mallinfo2().uordblks;
-}
 
 /// Expects the allocator to hold fewer bytes than `limit`. Under AddressSanitizer the allocator
 /// keeps no such statistics; its leak check at exit covers these runs instead.

@@ -1,0 +1,60 @@
+#include <ic/platform/system_text_members.h>
+
+#include <ic/platform/system_text.h>
+#include <ic/string/header.h>
+#include <ic/string/ic_string.h>
+
+namespace ic {
+namespace {
+
+// FormatMessageW's block, given back with LocalFree when the assignment is done or throws.
+class SystemMessageBlock {
+ public:
+  ~SystemMessageBlock() {
+    if (Text) platform::LocalFree(Text);
+  }
+  char16_t* Text = nullptr;
+};
+
+}  // namespace
+
+template <class Unit, class Storage>
+auto ICStringSystemTextMembers<BasicICString<Unit, Storage>>::SetFromSystemMessage(uint32_t number)
+    -> Str& requires(IsUnique&& IsWide) {
+  Str& self = Self();
+  SystemMessageBlock block;
+  constexpr uint32_t kFlags = platform::FormatMessageAllocateBuffer |
+                              platform::FormatMessageIgnoreInserts |
+                              platform::FormatMessageFromSystem;
+  const uint32_t written =
+      platform::FormatMessageW(kFlags, nullptr, number, platform::LocaleUserDefault,
+                               reinterpret_cast<char16_t*>(&block.Text), 0, nullptr);
+  if (written == 0) {
+    self.Format(u"Unknown error 0x%08x", number);
+    return self;
+  }
+  self = static_cast<const Unit*>(block.Text);
+  return self;
+}
+
+template <class Unit, class Storage>
+bool ICStringSystemTextMembers<BasicICString<Unit, Storage>>::SetFromLocaleInfo(
+    uint32_t type) requires(IsUnique&& IsWide) {
+  return SetFromLocaleInfo(platform::LocaleUserDefault, type);
+}
+
+template <class Unit, class Storage>
+bool ICStringSystemTextMembers<BasicICString<Unit, Storage>>::SetFromLocaleInfo(
+    uint32_t locale, uint32_t type) requires(IsUnique&& IsWide) {
+  Str& self = Self();
+  const int count = platform::GetLocaleInfoW(locale, type, nullptr, 0);
+  if (count <= 0) return false;
+  self._Reserve(count, ReserveTerminate | ReserveKeepText);
+  // The system writes through the text pointer: the stored length no longer holds.
+  internal::SetLengthWord(self._GetBuffer(), UnknownLength);
+  return platform::GetLocaleInfoW(locale, type, self._GetBuffer(), count) > 0;
+}
+
+IC_INSTANTIATE_STRING_MIXIN(ICStringSystemTextMembers)
+
+}  // namespace ic
