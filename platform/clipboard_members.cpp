@@ -6,6 +6,7 @@
 #include <ic/platform/clipboard.h>
 #include <ic/string/header.h>
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/string_access.h>
 
 namespace ic {
 namespace {
@@ -142,10 +143,11 @@ bool ICStringClipboardMembers<BasicICString<Unit, Storage>>::_ReadLockedBlock(
   Str& self = Self();
   const int64_t wanted = IsNarrow ? int64_t(std::min<size_t>(size, INT32_MAX)) * 4 + 4
                                   : int64_t(std::min<size_t>(size, INT32_MAX) + 1) / 2;
-  self._Reserve(static_cast<int32_t>(std::min<int64_t>(wanted, INT32_MAX)), 0);
-  Unit* text = self._GetBuffer();
+  internal::StringAccess::_Reserve(self, static_cast<int32_t>(std::min<int64_t>(wanted, INT32_MAX)),
+                                   0);
+  Unit* text = internal::StringAccess::_GetBuffer(self);
   text[0] = 0;
-  self._SetStoredLength(0);
+  internal::StringAccess::_SetStoredLength(self, 0);
   internal::SetLengthWord(text, UnknownLength);
   if constexpr (IsNarrow) {
     text[size + 1] = 0;

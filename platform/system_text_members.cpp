@@ -3,6 +3,7 @@
 #include <ic/platform/system_text.h>
 #include <ic/string/header.h>
 #include <ic/string/ic_string.h>
+#include <ic/string/internal/string_access.h>
 
 namespace ic {
 namespace {
@@ -49,10 +50,11 @@ bool ICStringSystemTextMembers<BasicICString<Unit, Storage>>::SetFromLocaleInfo(
   Str& self = Self();
   const int count = platform::GetLocaleInfoW(locale, type, nullptr, 0);
   if (count <= 0) return false;
-  self._Reserve(count, ReserveTerminate | ReserveKeepText);
+  internal::StringAccess::_Reserve(self, count, ReserveTerminate | ReserveKeepText);
   // The system writes through the text pointer: the stored length no longer holds.
-  internal::SetLengthWord(self._GetBuffer(), UnknownLength);
-  return platform::GetLocaleInfoW(locale, type, self._GetBuffer(), count) > 0;
+  internal::SetLengthWord(internal::StringAccess::_GetBuffer(self), UnknownLength);
+  return platform::GetLocaleInfoW(locale, type, internal::StringAccess::_GetBuffer(self), count) >
+         0;
 }
 
 IC_INSTANTIATE_STRING_MIXIN(ICStringSystemTextMembers)
