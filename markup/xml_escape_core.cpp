@@ -54,6 +54,11 @@ int32_t QuietSpan(const Unit* p, int32_t n, bool escapeQuotes) noexcept {
 }  // namespace
 
 template <class Unit>
+const platform::internal::UnitStopSet& XmlQuietStops(bool escapeQuotes) noexcept {
+  return kQuietStops<Unit>[escapeQuotes ? 1 : 0];
+}
+
+template <class Unit>
 int XmlReplacement(uint32_t code, bool escapeQuotes, const Unit* alsoEscape, Unit* out) noexcept {
   const char* name = nullptr;
   switch (code) {
@@ -216,6 +221,8 @@ template const char* FindXmlEscape(const char*, int32_t, bool, const char*) noex
 template const char16_t* FindXmlEscape(const char16_t*, int32_t, bool, const char16_t*) noexcept;
 template int XmlReplacement(uint32_t, bool, const char*, char*) noexcept;
 template int XmlReplacement(uint32_t, bool, const char16_t*, char16_t*) noexcept;
+template const platform::internal::UnitStopSet& XmlQuietStops<char>(bool) noexcept;
+template const platform::internal::UnitStopSet& XmlQuietStops<char16_t>(bool) noexcept;
 template int32_t XmlPlainSpan(const char*, int32_t, bool, const char*) noexcept;
 template int32_t XmlPlainSpan(const char16_t*, int32_t, bool, const char16_t*) noexcept;
 template int32_t UnescapeXmlUnits(char*, int32_t, bool, bool) noexcept;

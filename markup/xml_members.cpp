@@ -4,20 +4,55 @@
 #include <utility>
 
 #include <ic/markup/internal/xml_escape_core.h>
-#include <ic/string/builder.h>
 #include <ic/string/ic_string.h>
 #include <ic/string/internal/string_access.h>
+#include <ic/string/move_units.h>
 #include <ic/string/write_steps.h>
 
 namespace ic {
 namespace {
 
-// The builder in writing mode as the escaper's sink: it grows to the larger of twice the needed
-// length and 1024 units, keeps the terminator written and leaves the length unmeasured.
+// The escaper's sink. It copies straight into `out`'s block while the block has room; a piece
+// that does not fit (and the first piece, which makes a shared block or a view writable) goes
+// through PutAtCursor, which grows the block to the larger of twice the needed length and 1024
+// units. Finish leaves the terminator written and the length unmeasured, as the builder does.
 template <class Str>
-struct BuilderSink {
-  ICStringBuilder<Str> builder;
-  void Add(const typename Str::UnitType* text, int32_t length) { builder.Add(text, length); }
+class DirectSink {
+ public:
+  using Unit = typename Str::UnitType;
+
+  explicit DirectSink(Str& out) : out_(out), count_(out.GetLength()) {}
+
+  void Add(const Unit* text, int32_t length) {
+    if (length <= room_) {
+      MoveUnits(buffer_ + count_, text, static_cast<size_t>(length));
+      count_ += length;
+      room_ -= length;
+      return;
+    }
+    AddGrowing(text, length);
+  }
+
+  void Finish() {
+    if (buffer_ == nullptr) return;
+    buffer_[count_] = 0;
+    internal::SetLengthWord(buffer_, UnknownLength);
+  }
+
+ private:
+  void AddGrowing(const Unit* text, int32_t length) {
+    Finish();  // PutAtCursor keeps the text up to its terminator
+    uint32_t cursor = static_cast<uint32_t>(count_);
+    out_.PutAtCursor(text, length, cursor, 0);
+    buffer_ = internal::StringAccess::_GetBuffer(out_);
+    count_ = static_cast<int32_t>(cursor);
+    room_ = out_.GetCapacity() - count_;
+  }
+
+  Str& out_;
+  Unit* buffer_ = nullptr;
+  int32_t count_;
+  int32_t room_ = -1;  // no room known before the first piece
 };
 
 template <class Str>
@@ -26,8 +61,9 @@ bool EscapeInto(const typename Str::UnitType* source, int32_t length, Str& out, 
   if (source == nullptr) return false;
   const auto* first = internal::FindXmlEscape(source, length, escapeQuotes, alsoEscape);
   if (first == nullptr) return false;
-  BuilderSink<Str> sink{{&out, out.GetLength(), 0, true}};
+  DirectSink<Str> sink(out);
   internal::EscapeXmlFrom(source, length, first, escapeQuotes, alsoEscape, sink);
+  sink.Finish();
   return true;
 }
 

@@ -1,12 +1,14 @@
 #include <ic/path/internal/percent_core.h>
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
 #include <type_traits>
 
 #include <ic/number/number_format.h>
+#include <ic/platform/internal/unit_scan.h>
 
 namespace ic::internal {
 namespace {
@@ -95,14 +97,83 @@ int32_t FindPercent(const Unit* text, int32_t length) noexcept {
   }
 }
 
+// Decodes the escape at `i` (a percent sign) into `target` at `w` and moves both behind it.
+// Returns false when the decoding ends there.
+template <class In, class Out>
+bool DecodeEscape(const In* source, int32_t length, Out* target, int32_t& i, int32_t& w) noexcept {
+  if (i + 1 == length) {  // a lone percent sign at the end stays
+    target[w++] = Out('%');
+    return false;
+  }
+  const In next = source[i + 1];
+  if (next == In('%')) {
+    target[w++] = Out('%');
+    i += 2;
+    return true;
+  }
+  const int high = HexValue(next);
+  if (high < 0) {  // the percent sign and the character behind it are lost
+    i += 2;
+    return true;
+  }
+  if (i + 2 == length) return false;  // "%X" at the end: both lost, and the decoding ends
+  const int low = HexValue(source[i + 2]);
+  if (low >= 0) target[w++] = static_cast<Out>(high * 16 + low);
+  i += 3;
+  return true;
+}
+
+// Byte text in place, from the first percent sign `i` on: the percent signs of each block are
+// marked in one pass, and the walk goes from escape to escape, moving the run between them down
+// to the output. Once the output trails the input by eight bytes or more, a run of up to eight
+// is moved by one eight-byte store (its bytes beyond the run are overwritten later or lie past
+// the end of the result).
+int32_t DecodeInPlace(char* text, int32_t length, int32_t i) noexcept {
+  static constexpr platform::internal::UnitStopSet kPercent = [] {
+    platform::internal::UnitStopSet set;
+    set.Add('%');
+    return set;
+  }();
+  constexpr int32_t kBlock = 1024;
+  uint64_t masks[kBlock / 64];
+  int32_t w = i;
+  while (i < length) {
+    const int32_t base = i;
+    const int32_t n = length - base < kBlock ? length - base : kBlock;
+    platform::internal::FillStopMasks(text + base, static_cast<size_t>(n), kPercent, masks);
+    for (int32_t group = 0; group * 64 < n; ++group) {
+      for (uint64_t mask = masks[group]; mask != 0; mask &= mask - 1) {
+        const int32_t mark = base + group * 64 + std::countr_zero(mask);
+        if (mark < i) continue;  // taken by the escape before
+        const int32_t run = mark - i;
+        if (run <= 8 && i - w >= 8 && i + 8 <= length)
+          std::memcpy(text + w, text + i, 8);
+        else
+          std::memmove(text + w, text + i, static_cast<size_t>(run));
+        w += run;
+        i = mark;
+        if (!DecodeEscape(text, length, text, i, w)) return w;
+      }
+    }
+    if (i < base + n) {
+      std::memmove(text + w, text + i, static_cast<size_t>(base + n - i));
+      w += base + n - i;
+      i = base + n;
+    }
+  }
+  return w;
+}
+
 template <class In, class Out>
 int32_t PercentDecodeUnits(const In* source, int32_t length, Out* target) noexcept {
   int32_t i = 0;
   int32_t w = 0;
-  const bool inPlace = static_cast<const void*>(source) == static_cast<const void*>(target);
-  if (inPlace) {
-    i = w = FindPercent(source, length);
+  if (static_cast<const void*>(source) == static_cast<const void*>(target)) {
+    i = FindPercent(source, length);
     if (i < 0) return length;
+    if constexpr (sizeof(In) == 1 && sizeof(Out) == 1)
+      return DecodeInPlace(reinterpret_cast<char*>(target), length, i);
+    w = i;
   }
   while (i < length) {
     const In c = source[i];
@@ -111,25 +182,7 @@ int32_t PercentDecodeUnits(const In* source, int32_t length, Out* target) noexce
       ++i;
       continue;
     }
-    if (i + 1 == length) {  // a lone percent sign at the end stays
-      target[w++] = Out('%');
-      break;
-    }
-    const In next = source[i + 1];
-    if (next == In('%')) {
-      target[w++] = Out('%');
-      i += 2;
-      continue;
-    }
-    const int high = HexValue(next);
-    if (high < 0) {  // the percent sign and the character behind it are lost
-      i += 2;
-      continue;
-    }
-    if (i + 2 == length) break;  // "%X" at the end: both lost, and the decoding ends
-    const int low = HexValue(source[i + 2]);
-    if (low >= 0) target[w++] = static_cast<Out>(high * 16 + low);
-    i += 3;
+    if (!DecodeEscape(source, length, target, i, w)) break;
   }
   return w;
 }

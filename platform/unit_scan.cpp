@@ -17,6 +17,20 @@ size_t FindFirstPortable(const Unit* p, size_t from, size_t n, const UnitStopSet
   return n;
 }
 
+// Fills the masks from unit `from` (a multiple of 64) on.
+template <class Unit>
+void FillStopMasksPortable(const Unit* p, size_t from, size_t n, const UnitStopSet& set,
+                           uint64_t* masks) noexcept {
+  using U = std::make_unsigned_t<Unit>;
+  for (size_t i = from; i < n; i += 64) {
+    const size_t count = n - i < 64 ? n - i : 64;
+    uint64_t mask = 0;
+    for (size_t k = 0; k < count; ++k)
+      if (set.Holds(static_cast<U>(p[i + k]))) mask |= uint64_t{1} << k;
+    masks[i / 64] = mask;
+  }
+}
+
 template <class Unit>
 size_t FindFirstRunPortable(const Unit* p, size_t from, size_t n, const UnitStopSet& set,
                             uint32_t single) noexcept {
@@ -69,6 +83,15 @@ size_t FindFirst(const Unit* p, size_t n, const UnitStopSet& set) noexcept {
 }
 
 template <class Unit>
+void FillMasks(const Unit* p, size_t n, const UnitStopSet& set, uint64_t* masks) noexcept {
+  size_t from = 0;
+#ifdef IC_HAVE_AVX2_KERNELS
+  if (n >= 64 && UseVectorKernels()) from = FillStopMasksAvx2(p, n, set, masks);
+#endif
+  FillStopMasksPortable(p, from, n, set, masks);
+}
+
+template <class Unit>
 size_t FindFirstRun(const Unit* p, size_t n, const UnitStopSet& set, uint32_t single) noexcept {
   size_t from = 0;
 #ifdef IC_HAVE_AVX2_KERNELS
@@ -91,6 +114,12 @@ size_t FindFirstInSet(const char* p, size_t n, const UnitStopSet& set) noexcept 
 }
 size_t FindFirstInSet(const char16_t* p, size_t n, const UnitStopSet& set) noexcept {
   return FindFirst(p, n, set);
+}
+void FillStopMasks(const char* p, size_t n, const UnitStopSet& set, uint64_t* masks) noexcept {
+  FillMasks(p, n, set, masks);
+}
+void FillStopMasks(const char16_t* p, size_t n, const UnitStopSet& set, uint64_t* masks) noexcept {
+  FillMasks(p, n, set, masks);
 }
 size_t FindFirstRunInSet(const char* p, size_t n, const UnitStopSet& set,
                          uint32_t single) noexcept {

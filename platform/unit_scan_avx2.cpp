@@ -18,11 +18,6 @@
 namespace ic::platform::internal {
 namespace {
 
-// UnitStopSet::Holds, written here so that this file emits no copy of a shared inline function.
-inline bool InSet(const UnitStopSet& set, uint32_t u) noexcept {
-  return u < 128 ? ((set.low[u & 15] >> (u >> 4)) & 1) != 0 : set.high;
-}
-
 struct Classifier {
   __m256i lowTable;
   __m256i highTable;
@@ -98,24 +93,40 @@ size_t FindFirstWindows(const Unit* p, size_t n, const Classifier& c) noexcept {
 }
 
 template <bool kSignTest, class Unit>
-size_t FindFirstRunWindows(const Unit* p, size_t n, const UnitStopSet& set, const Classifier& c,
-                           uint32_t single) noexcept {
+size_t FillMaskWindows(const Unit* p, size_t n, const Classifier& c, uint64_t* masks) noexcept {
+  size_t i = 0;
+  for (; i + 64 <= n; i += 64)
+    masks[i / 64] = Members<kSignTest>(c, Window(p + i)) |
+                    uint64_t{Members<kSignTest>(c, Window(p + i + 32))} << 32;
+  return i;
+}
+
+// Each window of 32 units is classified together with the window one unit further on, so that
+// whether the unit behind each one belongs is known without leaving the vector registers; two
+// windows are tested at a time, and the exact place is worked out only in a window that has a
+// stop.
+template <bool kSignTest, class Unit>
+size_t FindFirstRunWindows(const Unit* p, size_t n, const Classifier& c, uint32_t single) noexcept {
   const bool passSingle = single < 128;
   const __m256i singles = _mm256_set1_epi8(static_cast<char>(passSingle ? single : 0));
+  const __m256i zero = _mm256_setzero_si256();
+  // Nonzero in the bytes of the window at `at` that stop the scan.
+  const auto stops = [&](size_t at) {
+    const __m256i here = Window(p + at);
+    const __m256i members = MemberBytes<kSignTest>(c, here);
+    if (!passSingle) return members;
+    const __m256i nextOut = _mm256_cmpeq_epi8(MemberBytes<kSignTest>(c, Window(p + at + 1)), zero);
+    const __m256i lone = _mm256_and_si256(_mm256_cmpeq_epi8(here, singles), nextOut);
+    return _mm256_andnot_si256(lone, members);
+  };
   size_t i = 0;
+  for (; i + 65 <= n; i += 64) {
+    const __m256i any = _mm256_or_si256(stops(i), stops(i + 32));
+    if (!_mm256_testz_si256(any, any)) break;
+  }
   for (; i + 33 <= n; i += 32) {
-    const __m256i here = Window(p + i);
-    const uint32_t m = Members<kSignTest>(c, here);
-    if (m == 0) continue;
-    // Bit k of `next`: whether the unit behind unit k belongs (the last one is read alone).
-    using U = std::make_unsigned_t<Unit>;
-    const uint32_t next = (m >> 1) | (InSet(set, static_cast<U>(p[i + 32])) ? 1u << 31 : 0u);
-    const uint32_t lone =
-        passSingle
-            ? static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(here, singles))) & ~next
-            : 0u;
-    const uint32_t stops = m & ~lone;
-    if (stops != 0) return i + static_cast<size_t>(__builtin_ctz(stops));
+    const auto m = ~static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(stops(i), zero)));
+    if (m != 0) return i + static_cast<size_t>(__builtin_ctz(m));
   }
   return i;
 }
@@ -155,10 +166,17 @@ size_t FindFirst(const Unit* p, size_t n, const UnitStopSet& set) noexcept {
 }
 
 template <class Unit>
+size_t FillMasks(const Unit* p, size_t n, const UnitStopSet& set, uint64_t* masks) noexcept {
+  const Classifier c = MakeClassifier(set);
+  return c.signTest ? FillMaskWindows<true>(p, n, c, masks)
+                    : FillMaskWindows<false>(p, n, c, masks);
+}
+
+template <class Unit>
 size_t FindFirstRun(const Unit* p, size_t n, const UnitStopSet& set, uint32_t single) noexcept {
   const Classifier c = MakeClassifier(set);
-  return c.signTest ? FindFirstRunWindows<true>(p, n, set, c, single)
-                    : FindFirstRunWindows<false>(p, n, set, c, single);
+  return c.signTest ? FindFirstRunWindows<true>(p, n, c, single)
+                    : FindFirstRunWindows<false>(p, n, c, single);
 }
 
 }  // namespace
@@ -175,6 +193,14 @@ size_t FindFirstInSetAvx2(const char* p, size_t n, const UnitStopSet& set) noexc
 }
 size_t FindFirstInSetAvx2(const char16_t* p, size_t n, const UnitStopSet& set) noexcept {
   return FindFirst(p, n, set);
+}
+size_t FillStopMasksAvx2(const char* p, size_t n, const UnitStopSet& set,
+                         uint64_t* masks) noexcept {
+  return FillMasks(p, n, set, masks);
+}
+size_t FillStopMasksAvx2(const char16_t* p, size_t n, const UnitStopSet& set,
+                         uint64_t* masks) noexcept {
+  return FillMasks(p, n, set, masks);
 }
 size_t FindFirstRunInSetAvx2(const char* p, size_t n, const UnitStopSet& set,
                              uint32_t single) noexcept {

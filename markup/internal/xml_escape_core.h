@@ -6,12 +6,14 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
-#include <ic/string/utf8.h>
+#include <ic/platform/internal/unit_scan.h>
 #include <ic/string/internal/positions.h>
+#include <ic/string/utf8.h>
 
 namespace ic::internal {
 
@@ -26,6 +28,36 @@ const Unit* FindXmlEscape(const Unit* source, int32_t length, bool escapeQuotes,
 /// units) and returns its length; 0 when the character stays as it is.
 template <class Unit>
 int XmlReplacement(uint32_t code, bool escapeQuotes, const Unit* alsoEscape, Unit* out) noexcept;
+
+/// The units that escaping without alsoEscape must look at: the replaced characters, the zero
+/// unit and, in narrow text, every non-ASCII byte (whose character is encoded again).
+template <class Unit>
+const platform::internal::UnitStopSet& XmlQuietStops(bool escapeQuotes) noexcept;
+
+/// The named replacement of each ASCII unit: "&lt;", "&gt;", "&amp;", "&quot;", "&apos;", and
+/// length 0 for the others.
+template <class Unit>
+struct XmlEntity {
+  int32_t length;
+  Unit text[6];
+};
+template <class Unit>
+constexpr std::array<XmlEntity<Unit>, 128> MakeXmlEntities() {
+  std::array<XmlEntity<Unit>, 128> table{};
+  const auto set = [&](char c, const char* name) {
+    XmlEntity<Unit>& e = table[static_cast<size_t>(c)];
+    for (e.length = 0; name[e.length] != 0; ++e.length)
+      e.text[e.length] = static_cast<Unit>(name[e.length]);
+  };
+  set('<', "&lt;");
+  set('>', "&gt;");
+  set('&', "&amp;");
+  set('"', "&quot;");
+  set('\'', "&apos;");
+  return table;
+}
+template <class Unit>
+inline constexpr std::array<XmlEntity<Unit>, 128> kXmlEntities = MakeXmlEntities<Unit>();
 
 /// Units of the first `n` at `p` that are copied as they stand once the output has started
 /// (stopping at a zero unit): narrow, ASCII bytes that are not replaced; wide, units that are
@@ -47,45 +79,50 @@ void EscapeXmlFrom(const Unit* source, int32_t length, const Unit* first, bool e
   Unit piece[16];
   const Unit* p = first;
   if (alsoEscape == nullptr || *alsoEscape == 0) {
-    // The common case, inline: runs from the plain-span scan, the markup characters from a
-    // switch; controls and (narrow) non-ASCII characters take the general steps below.
+    // The common case: blocks of units are classified in one pass each into bit masks, and the
+    // walk goes from marked unit to marked unit, adding the runs between them in one piece. The
+    // markup characters take their entity from a table; controls and (narrow) non-ASCII
+    // characters the general steps, which may carry the walk past marks it then skips.
     using U = std::make_unsigned_t<Unit>;
+    constexpr int32_t kBlock = 1024;
+    uint64_t masks[kBlock / 64];
+    const platform::internal::UnitStopSet& stops = XmlQuietStops<Unit>(escapeQuotes);
     while (p < end) {
-      const Unit* run = p;
-      p += XmlPlainSpan(p, static_cast<int32_t>(end - p), escapeQuotes, alsoEscape);
-      if (p != run) sink.Add(run, static_cast<int32_t>(p - run));
-      if (p == end || *p == 0) return;
-      static constexpr Unit kLt[] = {Unit('&'), Unit('l'), Unit('t'), Unit(';')};
-      static constexpr Unit kGt[] = {Unit('&'), Unit('g'), Unit('t'), Unit(';')};
-      static constexpr Unit kAmp[] = {Unit('&'), Unit('a'), Unit('m'), Unit('p'), Unit(';')};
-      switch (*p) {
-        case Unit('<'):
-          sink.Add(kLt, 4);
-          ++p;
-          continue;
-        case Unit('>'):
-          sink.Add(kGt, 4);
-          ++p;
-          continue;
-        case Unit('&'):
-          sink.Add(kAmp, 5);
-          ++p;
-          continue;
-        default:
-          break;
+      const Unit* const base = p;
+      const int32_t n = end - p < kBlock ? static_cast<int32_t>(end - p) : kBlock;
+      platform::internal::FillStopMasks(base, static_cast<size_t>(n), stops, masks);
+      for (int32_t group = 0; group * 64 < n; ++group) {
+        for (uint64_t mask = masks[group]; mask != 0; mask &= mask - 1) {
+          const Unit* const mark = base + group * 64 + std::countr_zero(mask);
+          if (mark < p) continue;  // inside a character already taken
+          if (mark != p) sink.Add(p, static_cast<int32_t>(mark - p));
+          p = mark;
+          const uint32_t unit = static_cast<U>(*p);
+          if (unit == 0) return;
+          // A marked quote is one that is escaped: quotes are marked only then.
+          if (unit < 128 && kXmlEntities<Unit>[unit].length != 0) {
+            sink.Add(kXmlEntities<Unit>[unit].text, kXmlEntities<Unit>[unit].length);
+            ++p;
+            continue;
+          }
+          uint32_t code;
+          if constexpr (sizeof(Unit) == 1)
+            code = internal::DecodeCodePoint(p);
+          else
+            code = static_cast<U>(*p++);
+          int written = XmlReplacement(code, escapeQuotes, alsoEscape, piece);
+          if (written == 0 && sizeof(Unit) == 1) {
+            char* out = reinterpret_cast<char*>(piece);
+            EncodeCodePoint(out, code);  // writes nothing for a value UTF-8 cannot hold
+            written = static_cast<int>(out - reinterpret_cast<char*>(piece));
+          }
+          if (written > 0) sink.Add(piece, written);
+        }
       }
-      uint32_t code;
-      if constexpr (sizeof(Unit) == 1)
-        code = internal::DecodeCodePoint(p);
-      else
-        code = static_cast<U>(*p++);
-      int n = XmlReplacement(code, escapeQuotes, alsoEscape, piece);
-      if (n == 0 && sizeof(Unit) == 1) {
-        char* out = reinterpret_cast<char*>(piece);
-        EncodeCodePoint(out, code);  // writes nothing for a value UTF-8 cannot hold
-        n = static_cast<int>(out - reinterpret_cast<char*>(piece));
+      if (p < base + n) {
+        sink.Add(p, static_cast<int32_t>(base + n - p));
+        p = base + n;
       }
-      if (n > 0) sink.Add(piece, n);
     }
     return;
   }

@@ -37,6 +37,15 @@ struct UnitStopSet {
 IC_API size_t FindFirstInSet(const char* p, size_t n, const UnitStopSet& set) noexcept;
 IC_API size_t FindFirstInSet(const char16_t* p, size_t n, const UnitStopSet& set) noexcept;
 
+/// Marks the members of `set` among the `n` units at `p` in `masks`: bit k of masks[j] is set
+/// when unit 64 * j + k belongs, and the bits from unit `n` on are clear. Writes (n + 63) / 64
+/// masks and reads only the `n` units. For callers that act on most members (escapers): one
+/// pass marks them all, instead of one scan per member.
+IC_API void FillStopMasks(const char* p, size_t n, const UnitStopSet& set,
+                          uint64_t* masks) noexcept;
+IC_API void FillStopMasks(const char16_t* p, size_t n, const UnitStopSet& set,
+                          uint64_t* masks) noexcept;
+
 /// As FindFirstInSet, except that a unit equal to `single` whose next unit (within the `n`)
 /// does not belong to `set` is passed over: the first member of `set` that is not a lone
 /// `single`. A `single` from 128 up is never passed over. Reads only the `n` units.

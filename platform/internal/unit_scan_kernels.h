@@ -16,6 +16,10 @@ namespace ic::platform::internal {
 
 size_t FindFirstInSetAvx2(const char* p, size_t n, const UnitStopSet& set) noexcept;
 size_t FindFirstInSetAvx2(const char16_t* p, size_t n, const UnitStopSet& set) noexcept;
+// Fills the masks of the whole groups of 64 units and returns the units done (a multiple of 64).
+size_t FillStopMasksAvx2(const char* p, size_t n, const UnitStopSet& set, uint64_t* masks) noexcept;
+size_t FillStopMasksAvx2(const char16_t* p, size_t n, const UnitStopSet& set,
+                         uint64_t* masks) noexcept;
 size_t FindFirstRunInSetAvx2(const char* p, size_t n, const UnitStopSet& set,
                              uint32_t single) noexcept;
 size_t FindFirstRunInSetAvx2(const char16_t* p, size_t n, const UnitStopSet& set,

@@ -97,12 +97,32 @@ TEST_P(XmlEscapeScan, NarrowNonAsciiAtEveryOffset) {
     }
 }
 
+TEST_P(XmlEscapeScan, NarrowCharacterAcrossABlockEdge) {
+  // A three-byte character on every offset around the edge of the escaper's first block of 1024
+  // units, with markup on both sides: the character stays whole and the marks behind it count.
+  for (size_t at = 1016; at <= 1026; ++at) {
+    std::string text(2100, 'x');
+    text[at - 3] = '<';
+    text.replace(at, 3, "\xE4\xB8\xAD");
+    text[at + 3] = '&';
+    text[at + 5] = '>';
+    std::string expected = text;
+    expected.replace(at + 5, 1, "&gt;");
+    expected.replace(at + 3, 1, "&amp;");
+    expected.replace(at - 3, 1, "&lt;");
+    ICStringUnique n(text.c_str(), static_cast<int32_t>(text.size()));
+    n.EscapeXml();
+    ASSERT_EQ(std::string(n.GetText(), static_cast<size_t>(n.GetLength())), expected) << at;
+  }
+}
+
 TEST_P(XmlEscapeScan, RandomTexts) {
   std::mt19937 rng(GetParam() ? 3 : 4);
   static const char16_t kUnits[] = {u'a',  u'b',  u' ',    u'<',    u'>',     u'&',     u'"',
                                     u'\'', u'\n', u'\x02', u'\x80', u'\x3B1', u'\xFFFF'};
   for (int round = 0; round < 2000; ++round) {
-    std::u16string text(rng() % 200, u'a');
+    // Every tenth text spans several of the escaper's blocks of 1024 units.
+    std::u16string text(rng() % (round % 10 == 0 ? 5000 : 200), u'a');
     for (char16_t& c : text)
       if (rng() % 10 == 0) c = kUnits[rng() % std::size(kUnits)];
     Check(text, rng() % 2 == 0);

@@ -1,7 +1,8 @@
-// The unit-set scans and the folded-pair scan against a straightforward loop written here, on the
-// AVX2 kernels (where the processor has them) and on the portable path: every length 0 to 130 with
-// the unit that matters at every offset, both widths, and random texts and sets. Each text lies in
-// a heap block of exactly its length, so that a read past it shows under AddressSanitizer.
+// The unit-set scans, the stop masks and the folded-pair scan against a straightforward loop
+// written here, on the AVX2 kernels (where the processor has them) and on the portable path: every
+// length 0 to 130 with the unit that matters at every offset, both widths, and random texts and
+// sets. Each text lies in a heap block of exactly its length, so that a read past it shows under
+// AddressSanitizer.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -62,9 +63,24 @@ std::unique_ptr<Unit[]> Exact(const std::vector<Unit>& text) {
   return block;
 }
 
+// Bit k of mask j for unit 64 * j + k of the text.
+template <class Unit>
+std::vector<uint64_t> Masks(const std::vector<Unit>& text, const TestSet& set) {
+  std::vector<uint64_t> masks((text.size() + 63) / 64, 0);
+  for (size_t i = 0; i < text.size(); ++i)
+    if (InSet(set, text[i])) masks[i / 64] |= uint64_t{1} << (i % 64);
+  return masks;
+}
+
 template <class Unit>
 void Check(const std::vector<Unit>& text, const TestSet& set, uint32_t single) {
   const auto block = Exact(text);
+  // One mask more than needed, which must stay as it is.
+  std::vector<uint64_t> masks((text.size() + 63) / 64 + 1, 0x5A5A5A5A5A5A5A5Au);
+  internal::FillStopMasks(block.get(), text.size(), set.set, masks.data());
+  ASSERT_EQ(masks.back(), 0x5A5A5A5A5A5A5A5Au) << "length " << text.size();
+  masks.pop_back();
+  ASSERT_EQ(masks, Masks(text, set)) << "length " << text.size();
   ASSERT_EQ(internal::FindFirstInSet(block.get(), text.size(), set.set), FirstInSet(text, set))
       << "length " << text.size();
   ASSERT_EQ(internal::FindFirstRunInSet(block.get(), text.size(), set.set, single),
