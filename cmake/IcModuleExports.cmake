@@ -31,7 +31,9 @@ function(ic_limit_module_exports target)
     target_link_options(${target} PRIVATE "LINKER:--version-script=${IC_MODULE_EXPORTS_MAP}")
     set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${IC_MODULE_EXPORTS_MAP}")
   endif()
-  if(IC_LINKER_NO_UNDEFINED AND NOT IC_SANITIZE)
+  # Sanitizer and fuzzer run-times are linked into the program that loads the module, so an
+  # instrumented module keeps undefined references to them.
+  if(IC_LINKER_NO_UNDEFINED AND NOT IC_SANITIZE AND NOT IC_BUILD_FUZZERS)
     target_link_options(${target} PRIVATE LINKER:--no-undefined)
   endif()
 endfunction()

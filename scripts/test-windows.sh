@@ -91,6 +91,7 @@ posix_contract+=":CodePage/BothPaths.Utf8AgreesWithTheModel*"
 # a DLL adds to it.
 posix_contract+=":LanguageModuleLifetimeTest.IndicesAreFreedWithTheModule"
 posix_contract+=":LanguageModuleLifetimeTest.LoadAndUnloadAHundredTimes"
+posix_contract+=":LanguageModuleLifetimeTest.LoadAndUnloadAThousandTimes"
 # Wine loads its built-in kernel32 for any path that ends in that name; Windows does not.
 posix_contract+=":DynamicLibraryTest.FailuresGiveAnEmptyObjectAndAReason"
 
