@@ -186,8 +186,14 @@ void CapitalizeNarrow(internal::EditTarget<char>& self) {
           else
             while (wordStart != q)
               *out++ = *wordStart++;
-          while (q < end && !IsBlank(*q))
-            *out++ = *q++;
+          // The rest of the word is stepped as the measuring walk above steps it: a lead byte
+          // whose sequence takes a blank with it keeps the word going, so both walks see the
+          // same words and the buffer holds exactly what was measured.
+          while (q < end && !IsBlank(*q)) {
+            const char* const next = q + internal::StepSize(q);
+            while (q < next && q < end)
+              *out++ = *q++;
+          }
         }
         const int32_t finalLength = noted + static_cast<int32_t>(out - rest.get());
         char* const written =

@@ -115,6 +115,20 @@ TYPED_TEST(NarrowCase, CapitalizeOfBlanksAloneLeavesThem) {
   EXPECT_EQ(s.GetText(), before);
 }
 
+TYPED_TEST(NarrowCase, CapitalizeStepsOverABlankInsideACutSequenceOnBothPaths) {
+  // The lead byte C9 announces two bytes and takes the tab behind it, so "a\xC9\t\u0250" is one
+  // word and its \u0250 stays small, whether the text keeps its size (written in place) or a
+  // capital that grows comes first (written into a new buffer measured beforehand, which a
+  // grown capital the measuring did not count would overrun).
+  TypeParam same = Owned<TypeParam>("x a\xC9\t\u0250");
+  same.Capitalize();
+  EXPECT_STREQ(same.GetText(), "X A\xC9\t\u0250");
+  TypeParam grown = Owned<TypeParam>("\u0250 a\xC9\t\u0250");
+  grown.Capitalize();
+  EXPECT_STREQ(grown.GetText(), "\u2C6F A\xC9\t\u0250");
+  EXPECT_EQ(grown.GetLength(), 9);
+}
+
 TYPED_TEST(NarrowCase, CapitalizeWhenAWordStartChangesItsSize) {
   // ı uppers to I (one byte less), ⱥ to Ⱥ (one byte less), ɐ to Ɐ (one byte more).
   TypeParam s = Owned<TypeParam>("\u0131stanbul \u2C65b \u0250c D\u00C9J\u00C0");
