@@ -40,11 +40,7 @@ void EncodeHtmlTo(const Unit* text, bool lineBreakTags, Sink& sink) {
       p += n;
       continue;
     }
-    uint32_t value;
-    if constexpr (sizeof(Unit) == 1)
-      value = internal::DecodeCodePoint(p);
-    else
-      value = static_cast<U>(*p++);
+    const uint32_t value = TakeCode(p);
     const Unit* name = nullptr;
     if (value < 256) {
       if constexpr (sizeof(Unit) == 1)

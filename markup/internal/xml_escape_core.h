@@ -105,11 +105,7 @@ void EscapeXmlFrom(const Unit* source, int32_t length, const Unit* first, bool e
             ++p;
             continue;
           }
-          uint32_t code;
-          if constexpr (sizeof(Unit) == 1)
-            code = internal::DecodeCodePoint(p);
-          else
-            code = static_cast<U>(*p++);
+          const uint32_t code = TakeCode(p);
           int written = XmlReplacement(code, escapeQuotes, alsoEscape, piece);
           if (written == 0 && sizeof(Unit) == 1) {
             char* out = reinterpret_cast<char*>(piece);
@@ -133,11 +129,7 @@ void EscapeXmlFrom(const Unit* source, int32_t length, const Unit* first, bool e
       p += span;
       if (p == end || *p == 0) break;
     }
-    uint32_t code;
-    if constexpr (sizeof(Unit) == 1)
-      code = internal::DecodeCodePoint(p);
-    else
-      code = *p++;
+    const uint32_t code = TakeCode(p);
     int n = XmlReplacement(code, escapeQuotes, alsoEscape, piece);
     if (n == 0) {
       if constexpr (sizeof(Unit) == 1) {

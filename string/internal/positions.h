@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <type_traits>
 
 #include <ic/string/range.h>
 #include <ic/string/utf8.h>
@@ -57,6 +58,16 @@ inline uint32_t DecodeCodePoint(const char*& p, bool& whole) noexcept {
 inline uint32_t DecodeCodePoint(const char*& p) noexcept {
   bool whole;
   return DecodeCodePoint(p, whole);
+}
+
+/// The character at `p`, with `p` moved behind it: in narrow text the code point as
+/// DecodeCodePoint reads it, in wide text the unit.
+template <class Unit>
+inline uint32_t TakeCode(const Unit*& p) noexcept {
+  if constexpr (sizeof(Unit) == 1)
+    return DecodeCodePoint(p);
+  else
+    return static_cast<std::make_unsigned_t<Unit>>(*p++);
 }
 
 /// Number of bytes of the sequence at `p`, stopping at a zero byte.
