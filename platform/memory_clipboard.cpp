@@ -11,10 +11,10 @@ GlobalHandle MemoryClipboard::GlobalAlloc(uint32_t /*flags*/, size_t bytes) noex
   auto block = std::unique_ptr<Block>(new (std::nothrow) Block());
   if (!block) return nullptr;
   if (bytes > 0) {
-    block->Bytes.reset(new (std::nothrow) unsigned char[bytes]());
-    if (!block->Bytes) return nullptr;
+    block->bytes.reset(new (std::nothrow) unsigned char[bytes]());
+    if (!block->bytes) return nullptr;
   }
-  block->Size = bytes;
+  block->size = bytes;
   GlobalHandle handle = block.get();
   std::lock_guard<std::mutex> lock(_mutex);
   try {
@@ -29,22 +29,22 @@ void* MemoryClipboard::GlobalLock(GlobalHandle handle) noexcept {
   std::lock_guard<std::mutex> lock(_mutex);
   auto found = _blocks.find(handle);
   // A block of no bytes has no address to give, as a discarded block on Windows.
-  if (found == _blocks.end() || found->second->Size == 0) return nullptr;
-  ++found->second->Locks;
-  return found->second->Bytes.get();
+  if (found == _blocks.end() || found->second->size == 0) return nullptr;
+  ++found->second->locks;
+  return found->second->bytes.get();
 }
 
 bool MemoryClipboard::GlobalUnlock(GlobalHandle handle) noexcept {
   std::lock_guard<std::mutex> lock(_mutex);
   auto found = _blocks.find(handle);
-  if (found == _blocks.end() || found->second->Locks == 0) return false;
-  return --found->second->Locks > 0;
+  if (found == _blocks.end() || found->second->locks == 0) return false;
+  return --found->second->locks > 0;
 }
 
 size_t MemoryClipboard::GlobalSize(GlobalHandle handle) noexcept {
   std::lock_guard<std::mutex> lock(_mutex);
   auto found = _blocks.find(handle);
-  return found == _blocks.end() ? 0 : found->second->Size;
+  return found == _blocks.end() ? 0 : found->second->size;
 }
 
 GlobalHandle MemoryClipboard::GlobalFree(GlobalHandle handle) noexcept {
@@ -52,7 +52,7 @@ GlobalHandle MemoryClipboard::GlobalFree(GlobalHandle handle) noexcept {
   std::lock_guard<std::mutex> lock(_mutex);
   auto found = _blocks.find(handle);
   // A block on the clipboard is the clipboard's to free.
-  if (found == _blocks.end() || found->second->OnClipboard) return handle;
+  if (found == _blocks.end() || found->second->onClipboard) return handle;
   _blocks.erase(found);
   return nullptr;
 }
@@ -101,7 +101,7 @@ GlobalHandle MemoryClipboard::SetClipboardData(uint32_t format, GlobalHandle han
   } catch (...) {
     return nullptr;
   }
-  found->second->OnClipboard = true;
+  found->second->onClipboard = true;
   return handle;
 }
 
@@ -123,7 +123,7 @@ bool MemoryClipboard::CloseClipboard() noexcept {
 int MemoryClipboard::LockCount(GlobalHandle handle) const noexcept {
   std::lock_guard<std::mutex> lock(_mutex);
   auto found = _blocks.find(handle);
-  return found == _blocks.end() ? 0 : found->second->Locks;
+  return found == _blocks.end() ? 0 : found->second->locks;
 }
 
 bool MemoryClipboard::IsLive(GlobalHandle handle) const noexcept {
@@ -134,7 +134,7 @@ bool MemoryClipboard::IsLive(GlobalHandle handle) const noexcept {
 bool MemoryClipboard::IsOnClipboard(GlobalHandle handle) const noexcept {
   std::lock_guard<std::mutex> lock(_mutex);
   auto found = _blocks.find(handle);
-  return found != _blocks.end() && found->second->OnClipboard;
+  return found != _blocks.end() && found->second->onClipboard;
 }
 
 void* MemoryClipboard::Owner() const noexcept {

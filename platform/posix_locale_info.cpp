@@ -108,9 +108,9 @@ std::unique_ptr<LocaleObject> OpenKnownLocale(uint32_t id) {
   size_t count = 0;
   const KnownLocaleId* known = KnownLocaleIds(count);
   for (size_t i = 0; i < count; ++i) {
-    if (known[i].Id != id) continue;
+    if (known[i].id != id) continue;
     for (int attempt = 0;; ++attempt) {
-      const std::string name = PosixLocaleName(known[i].Name, attempt);
+      const std::string name = PosixLocaleName(known[i].name, attempt);
       if (name.empty()) return nullptr;
       locale_t handle = newlocale(LC_ALL_MASK, name.c_str(), static_cast<locale_t>(0));
       if (handle) return std::make_unique<LocaleObject>(handle, name);
@@ -132,17 +132,17 @@ void SplitName(const std::string& name, std::string& language, std::string& coun
 
 // The numeric and monetary fields of a locale, read through localeconv on this thread.
 struct Conventions {
-  std::string Decimal, Thousands, Grouping, Currency;
+  std::string decimal, thousands, grouping, currency;
 };
 
 Conventions ReadConventions(locale_t locale) {
   Conventions result;
   const locale_t previous = uselocale(locale);
   const lconv* conventions = localeconv();
-  result.Decimal = conventions->decimal_point;
-  result.Thousands = conventions->thousands_sep;
-  result.Grouping = conventions->grouping;
-  result.Currency = conventions->currency_symbol;
+  result.decimal = conventions->decimal_point;
+  result.thousands = conventions->thousands_sep;
+  result.grouping = conventions->grouping;
+  result.currency = conventions->currency_symbol;
   uselocale(previous);
   return result;
 }
@@ -192,13 +192,13 @@ std::optional<std::string> LocaleText(const LocaleObject& locale, uint32_t type)
   SplitName(locale.Name(), language, country);
   switch (type) {
     case LocaleDecimalSeparator:
-      return ReadConventions(handle).Decimal;
+      return ReadConventions(handle).decimal;
     case LocaleThousandSeparator:
-      return ReadConventions(handle).Thousands;
+      return ReadConventions(handle).thousands;
     case LocaleGrouping:
-      return WindowsGrouping(ReadConventions(handle).Grouping);
+      return WindowsGrouping(ReadConventions(handle).grouping);
     case LocaleCurrencySymbol:
-      return ReadConventions(handle).Currency;
+      return ReadConventions(handle).currency;
     case LocaleShortDate:
       return DatePicture(nl_langinfo_l(D_FMT, handle));
     case LocaleLongDate:

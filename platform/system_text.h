@@ -52,8 +52,8 @@ enum LocaleInfoType : uint32_t {
 
 /// A locale id and its name.
 struct KnownLocaleId {
-  uint32_t Id;
-  const char* Name;  ///< "en-US"
+  uint32_t id;
+  const char* name;  ///< "en-US"
 };
 
 /// The locale ids that GetLocaleInfoW maps to locale names off Windows (en-US, en-GB, de-DE,

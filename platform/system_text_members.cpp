@@ -12,9 +12,9 @@ namespace {
 class SystemMessageBlock {
  public:
   ~SystemMessageBlock() {
-    if (Text) platform::LocalFree(Text);
+    if (text) platform::LocalFree(text);
   }
-  char16_t* Text = nullptr;
+  char16_t* text = nullptr;
 };
 
 }  // namespace
@@ -29,12 +29,12 @@ auto ICStringSystemTextMembers<BasicICString<Unit, Storage>>::SetFromSystemMessa
                               platform::FormatMessageFromSystem;
   const uint32_t written =
       platform::FormatMessageW(kFlags, nullptr, number, platform::LocaleUserDefault,
-                               reinterpret_cast<char16_t*>(&block.Text), 0, nullptr);
+                               reinterpret_cast<char16_t*>(&block.text), 0, nullptr);
   if (written == 0) {
     self.Format(u"Unknown error 0x%08x", number);
     return self;
   }
-  self = static_cast<const Unit*>(block.Text);
+  self = static_cast<const Unit*>(block.text);
   return self;
 }
 

@@ -77,7 +77,7 @@ void BuildIdIndices(ResourceStringLibrary* library) {
     for (int32_t index = 0;; ++index) {
       const NumericEntry* entry = library->GetNumericEntry(index);
       if (!entry) break;
-      internal::AssignEntry(library->NumericIndex, entry->Id, entry->Value);
+      internal::AssignEntry(library->NumericIndex, entry->id, entry->value);
     }
   }
   library->IdIndicesBuilt.exchange(1, std::memory_order_acq_rel);

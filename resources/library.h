@@ -17,8 +17,8 @@ struct ResourceStringLibrary;
 
 /// One entry of a library's numeric ids: an id and the value that it stands for.
 struct NumericEntry {
-  int32_t Id;
-  uint32_t Value;
+  int32_t id;
+  uint32_t value;
 };
 
 /// Message text or key of a row; null for a row out of range. The library is passed along but

@@ -32,8 +32,8 @@ bool SameText(const char16_t* left, const char16_t* right) {
 
 MessageResult* DefaultGetMessage(MessageResult* result, const ResourceStringLibrary* /*library*/,
                                  uint32_t /*word1*/, uint32_t /*word2*/) {
-  result->Text = EmptyText<char16_t>();
-  result->Word = 0;
+  result->text = EmptyText<char16_t>();
+  result->word = 0;
   return result;
 }
 

@@ -25,8 +25,8 @@ namespace ic::resources {
 
 /// The two-word result of a message getter: a wide text and a second word.
 struct MessageResult {
-  const char16_t* Text;
-  uint32_t Word;
+  const char16_t* text;
+  uint32_t word;
 };
 
 /// Hook behind the catalogues' GetMessage: fills `result` and returns it.

@@ -30,30 +30,30 @@ namespace ic::resources {
 /// or a parameter name. Holds the name in narrow and in wide units.
 template <std::size_t N>
 struct MessageName {
-  char Narrow[N]{};
-  char16_t Wide[N]{};
+  char narrow[N]{};
+  char16_t wide[N]{};
 
   /// From a string literal; a non-ASCII character does not compile.
   consteval MessageName(const char (&text)[N]) {
     for (std::size_t i = 0; i < N; ++i) {
       if (static_cast<unsigned char>(text[i]) > 0x7F) throw "a message name is ASCII";
-      Narrow[i] = text[i];
-      Wide[i] = static_cast<char16_t>(text[i]);
+      narrow[i] = text[i];
+      wide[i] = static_cast<char16_t>(text[i]);
     }
   }
 
   /// The name without its terminator.
-  constexpr std::string_view View() const noexcept { return {Narrow, N - 1}; }
+  constexpr std::string_view View() const noexcept { return {narrow, N - 1}; }
   /// The name in UTF-16, without its terminator.
-  constexpr std::u16string_view WideView() const noexcept { return {Wide, N - 1}; }
+  constexpr std::u16string_view WideView() const noexcept { return {wide, N - 1}; }
 };
 
 /// What a key tells at run time: catalogue, key and parameter names (each once, in the order
 /// of their first use in the catalogue source).
 struct MessageKeyInfo {
-  std::string_view Catalogue;
-  std::string_view Key;
-  std::span<const std::string_view> Parameters;
+  std::string_view catalogue;
+  std::string_view key;
+  std::span<const std::string_view> parameters;
 };
 
 /// The compile-time name of one message: catalogue, key and parameter names.
@@ -72,7 +72,7 @@ struct MessageKey {
 /// make it in the call to Substitute, where that text lives long enough.
 template <MessageName Name, class Unit>
 struct NamedValue {
-  std::basic_string_view<Unit> Value;
+  std::basic_string_view<Unit> value;
 };
 
 /// A parameter name; `name = text` makes the named value of a substitution.
@@ -171,7 +171,7 @@ std::basic_string<Unit> Substitute(std::basic_string_view<Unit> text,
       (ParameterOfThisMessageHasNoValue<Parameters, CountName<Parameters, Given...>() != 0>::Ok &&
        ...));
   static_assert((ParameterGivenTwice<Given, CountName<Given, Given...>() == 1>::Ok && ...));
-  return SubstituteNamed<Unit, sizeof...(Given)>(text, {Given.View()...}, {values.Value...});
+  return SubstituteNamed<Unit, sizeof...(Given)>(text, {Given.View()...}, {values.value...});
 }
 
 }  // namespace internal

@@ -56,11 +56,11 @@ struct NullDataCheck {
 template <class Unit>
 struct ModuleBlockPointer {
   constexpr ModuleBlockPointer() noexcept = default;
-  ~ModuleBlockPointer() { std::free(Block); }
+  ~ModuleBlockPointer() { std::free(block); }
   ModuleBlockPointer(const ModuleBlockPointer&) = delete;
   ModuleBlockPointer& operator=(const ModuleBlockPointer&) = delete;
 
-  Unit* Block = nullptr;
+  Unit* block = nullptr;
 };
 
 // Fills one of the Unicode tables when constructed; the table registers its own exit action.

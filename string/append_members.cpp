@@ -106,8 +106,8 @@ template <class Unit, class Storage>
 auto ICStringAppendMembers<BasicICString<Unit, Storage>>::AppendPieces(const Piece* first) -> Str& {
   Str& self = Self();
   const internal::PieceRun<Unit> run(first);
-  if (run.Sum == 0) return self;  // also a null list
-  _AppendChainCore(&run, static_cast<int32_t>(run.Sum), nullptr);
+  if (run.sum == 0) return self;  // also a null list
+  _AppendChainCore(&run, static_cast<int32_t>(run.sum), nullptr);
   return self;
 }
 

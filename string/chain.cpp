@@ -91,10 +91,10 @@ template <class Unit>
 Unit* WritePieceRunImpl(Unit* cursor, const internal::PieceRun<Unit>& run) noexcept {
   // The size is read once: the unit stores below may alias anything as far as the compiler
   // knows.
-  const int size = run.Size;
+  const int size = run.size;
   for (int i = 0; i < size; ++i)
-    cursor = WritePiece(cursor, *run.Items[i]);
-  return WriteChainImpl(cursor, run.Rest);
+    cursor = WritePiece(cursor, *run.items[i]);
+  return WriteChainImpl(cursor, run.rest);
 }
 
 }  // namespace
@@ -132,7 +132,7 @@ template <class Unit>
 const Unit* ICStringChainT<Unit>::GetChainText() const {
   if (!internal::StringAccess::_IsEmptyData(Result)) return Result.GetText();
   const internal::PieceRun<Unit> run(First);
-  const int32_t sum = static_cast<int32_t>(run.Sum);
+  const int32_t sum = static_cast<int32_t>(run.sum);
   if (sum != 0) {
     if (sum > Result.GetCapacity()) internal::StringAccess::_Reserve(Result, sum, 0);
     internal::WritePieceRun(internal::StringAccess::_GetBuffer(Result), run);

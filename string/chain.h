@@ -105,7 +105,7 @@ class ICStringChainT {
       run.Gather(First);
       _GuardRun(target, run);
       if (IsResultUnwritten()) {
-        length = static_cast<int32_t>(run.Sum);
+        length = static_cast<int32_t>(run.sum);
         return nullptr;
       }
     }
@@ -132,8 +132,8 @@ namespace internal {
 template <class Unit>
 TextArgument<Unit> MakeTextArgument(const ICStringChainT<Unit>& chain) {
   TextArgument<Unit> a;
-  a.Text = chain.GetChainText();
-  a.Length = chain.GetChainLength();
+  a.text = chain.GetChainText();
+  a.length = chain.GetChainLength();
   return a;
 }
 }  // namespace internal

@@ -65,8 +65,8 @@ auto ICStringCutMembers<BasicICString<Unit, Storage>>::Mid(int32_t position, boo
                                                            int32_t count) const noexcept -> Str {
   const Str& self = Self();
   const internal::FoldedRange folded = internal::FoldNegativePosition(position, count);
-  position = folded.Position;
-  const int64_t wanted = folded.Count;
+  position = folded.position;
+  const int64_t wanted = folded.count;
   const int32_t length = self.GetLength();
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
   if (offset >= length || wanted < 1) return Str();
@@ -92,8 +92,8 @@ auto ICStringCutMembers<BasicICString<Unit, Storage>>::GetSpan(int32_t& length, 
     -> const Unit* {
   const Str& self = Self();
   const internal::FoldedRange folded = internal::FoldNegativePosition(position, count);
-  position = folded.Position;
-  const int64_t wanted = folded.Count;
+  position = folded.position;
+  const int64_t wanted = folded.count;
   const int32_t total = self.GetLength();
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
   if (offset >= total) return nullptr;
@@ -187,8 +187,8 @@ auto ICStringCutMembers<BasicICString<Unit, Storage>>::KeepRange(int32_t positio
     -> Str& {
   Str& self = Self();
   const internal::FoldedRange folded = internal::FoldNegativePosition(position, count);
-  position = folded.Position;
-  const int64_t wanted = folded.Count;
+  position = folded.position;
+  const int64_t wanted = folded.count;
   const int32_t length = self.GetLength();
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
   if (offset >= length) {
@@ -211,8 +211,8 @@ auto ICStringCutMembers<BasicICString<Unit, Storage>>::Remove(int32_t position, 
                                                               int32_t count) -> Str& {
   Str& self = Self();
   const internal::FoldedRange folded = internal::FoldNegativePosition(position, count);
-  position = folded.Position;
-  const int64_t wanted = folded.Count;
+  position = folded.position;
+  const int64_t wanted = folded.count;
   if (wanted < 0) return self;
   const int32_t length = self.GetLength();
   const int32_t offset = _ToUnitsIn(self.GetText(), position, lengthInUnits);
@@ -285,7 +285,7 @@ auto ICStringCutMembers<BasicICString<Unit, Storage>>::Insert(char32_t codePoint
                                                               bool lengthInUnits)
     -> Str& requires(IsNarrow) {
   const auto a = internal::MakeCodePointArgument(Unit{}, codePoint);
-  return _InsertUnits(a.Data(), a.Length, position, lengthInUnits);
+  return _InsertUnits(a.Data(), a.length, position, lengthInUnits);
 }
 
 template <class Unit, class Storage>

@@ -53,16 +53,16 @@ class BasicICStringInline : public ICStringUniqueT<Unit> {
   static constexpr int32_t InlineCapacity = N;
 
   /// True while the text lies in the object's own buffer.
-  bool IsInBuffer() const noexcept { return this->_text == _inlineBlock.Buffer; }
+  bool IsInBuffer() const noexcept { return this->_text == _inlineBlock.buffer; }
 
  private:
   struct InlineBlockLayout {
     int16_t LengthWord;
     int16_t CapacityWord;
     uint16_t ShareWord;
-    Unit Buffer[N + 1];
+    Unit buffer[N + 1];
   };
-  static_assert(offsetof(InlineBlockLayout, Buffer) == ShortHeaderBytes,
+  static_assert(offsetof(InlineBlockLayout, buffer) == ShortHeaderBytes,
                 "ICStringInline_TVerifyMemberPlacement failed!");
 
   void _InitBuffer() {
@@ -76,8 +76,8 @@ class BasicICStringInline : public ICStringUniqueT<Unit> {
     _inlineBlock.LengthWord = 0;
     _inlineBlock.CapacityWord = static_cast<int16_t>(N);
     _inlineBlock.ShareWord = InlineCapable | InlineBlock;
-    _inlineBlock.Buffer[0] = 0;
-    this->_text = _inlineBlock.Buffer;
+    _inlineBlock.buffer[0] = 0;
+    this->_text = _inlineBlock.buffer;
   }
 
   InlineBlockLayout _inlineBlock;

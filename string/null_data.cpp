@@ -11,7 +11,7 @@ NullBlock<char> ICStringNullData<char>::TNullData{};
 template <>
 NullBlock<char16_t> ICStringNullData<char16_t>::TNullData{};
 
-static_assert(offsetof(NullBlock<char>, Text) == 6 && offsetof(NullBlock<char16_t>, Text) == 6);
+static_assert(offsetof(NullBlock<char>, text) == 6 && offsetof(NullBlock<char16_t>, text) == 6);
 
 namespace {
 [[noreturn]] void ReportDirtyNullData() {
@@ -32,7 +32,7 @@ template <>
 void CheckNullData<char16_t>() {
   const volatile NullBlock<char16_t>& block = ICStringNullData<char16_t>::TNullData;
   if (block.LengthWord != 0 || block.CapacityWord != 0 || block.ShareWord != 0 ||
-      block.Text[0] != 0)
+      block.text[0] != 0)
     ReportDirtyNullData();
 }
 

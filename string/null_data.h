@@ -19,7 +19,7 @@ struct NullBlock {
   int16_t LengthWord;
   int16_t CapacityWord;
   uint16_t ShareWord;
-  Unit Text[1];
+  Unit text[1];
 };
 
 static_assert(sizeof(NullBlock<char>) == 8 && sizeof(NullBlock<char16_t>) == 8);
@@ -39,7 +39,7 @@ IC_API NullBlock<char16_t> ICStringNullData<char16_t>::TNullData;
 /// test for a handle without a block of its own.
 template <class Unit>
 inline Unit* EmptyText() {
-  Unit* text = ICStringNullData<Unit>::TNullData.Text;
+  Unit* text = ICStringNullData<Unit>::TNullData.text;
 #if defined(__GNUC__)
   // The header words are reached by stepping back from the text pointer; hide the pointer's
   // origin so that the compiler's bounds tracking does not take the Text member for the object.

@@ -15,29 +15,29 @@ namespace ic::internal {
 template <class Unit>
 struct PieceRun {
   using Piece = ICStringPieceT<Unit>;
-  /// Pieces held in the array; a longer list keeps its tail linked in Rest.
+  /// Pieces held in the array; a longer list keeps its tail linked in rest.
   static constexpr int kGathered = 16;
 
-  /// The first Size pieces of the list, in order.
-  const Piece* Items[kGathered];
-  int Size = 0;
+  /// The first size pieces of the list, in order.
+  const Piece* items[kGathered];
+  int size = 0;
   /// The pieces past the array, still linked; null when the array holds them all.
-  const Piece* Rest = nullptr;
+  const Piece* rest = nullptr;
   /// The sum of every piece's Count.
-  int64_t Sum = 0;
+  int64_t sum = 0;
 
   PieceRun() noexcept {}
   explicit PieceRun(const Piece* first) noexcept { Gather(first); }
 
   void Gather(const Piece* first) noexcept {
     for (const Piece* p = first; p != nullptr; p = p->Next) {
-      if (Size == kGathered) {
-        Rest = p;
-        Sum += SumPieces(p);
+      if (size == kGathered) {
+        rest = p;
+        sum += SumPieces(p);
         return;
       }
-      Items[Size++] = p;
-      Sum += p->Count;
+      items[size++] = p;
+      sum += p->Count;
     }
   }
 
@@ -47,9 +47,9 @@ struct PieceRun {
     auto within = [&](const Piece* p) {
       return p->Kind == PieceText && PointsInto(p->_TextPointer(), begin, count);
     };
-    for (int i = 0; i < Size; ++i)
-      if (within(Items[i])) return true;
-    for (const Piece* p = Rest; p != nullptr; p = p->Next)
+    for (int i = 0; i < size; ++i)
+      if (within(items[i])) return true;
+    for (const Piece* p = rest; p != nullptr; p = p->Next)
       if (within(p)) return true;
     return false;
   }

@@ -58,29 +58,29 @@ int32_t ReplaceAllIn(EditTarget<Unit>& target, const Unit* needle, int32_t needl
   }
   if (maxCount <= 0) maxCount = EndOfText;
 
-  const int32_t length = target.GetLength(target.String);
+  const int32_t length = target.getLength(target.string);
   if (length < needleLength) return 0;
   // Arguments that lie in this string's own block would move under the write: use copies.
   std::basic_string<Unit> needleCopy, textCopy;
-  const int32_t oldCapacity = target.GetCapacity(target.String);
+  const int32_t oldCapacity = target.getCapacity(target.string);
   const int64_t capacity = std::max(oldCapacity, length);
-  if (PointsInto(needle, target.Text, capacity)) {
+  if (PointsInto(needle, target.text, capacity)) {
     needleCopy.assign(needle, static_cast<size_t>(needleLength));
     needle = needleCopy.c_str();
   }
-  if (PointsInto(text, target.Text, capacity)) {
+  if (PointsInto(text, target.text, capacity)) {
     textCopy.assign(text, static_cast<size_t>(textLength));
     text = textCopy.c_str();
   }
   const std::basic_string_view<Unit> pattern(needle, static_cast<size_t>(needleLength));
 
   const int64_t first =
-      FindUnits(std::basic_string_view<Unit>(target.Text, static_cast<size_t>(length)), pattern, 0);
+      FindUnits(std::basic_string_view<Unit>(target.text, static_cast<size_t>(length)), pattern, 0);
   if (first < 0) return 0;
 
   if (textLength == needleLength) {
     // In place, no list: the text behind each match is still the old text.
-    Unit* const buffer = target.MakeWritable(target.String);
+    Unit* const buffer = target.makeWritable(target.string);
     const std::basic_string_view<Unit> view(buffer, static_cast<size_t>(length));
     int32_t count = 0;
     for (int64_t at = first; at >= 0;) {
@@ -94,7 +94,7 @@ int32_t ReplaceAllIn(EditTarget<Unit>& target, const Unit* needle, int32_t needl
   if (textLength < needleLength) {
     // Shrinking: one forward pass that searches ahead of the write position, over text that
     // has not been written yet, and compacts behind it.
-    Unit* const buffer = target.MakeWritable(target.String);
+    Unit* const buffer = target.makeWritable(target.string);
     const std::basic_string_view<Unit> view(buffer, static_cast<size_t>(length));
     int64_t write = first;
     int64_t read = first;
@@ -112,7 +112,7 @@ int32_t ReplaceAllIn(EditTarget<Unit>& target, const Unit* needle, int32_t needl
     }
     std::memmove(buffer + write, buffer + read,
                  (static_cast<size_t>(length - read) + 1) * sizeof(Unit));
-    target.SetLength(target.String, static_cast<int32_t>(write + (length - read)));
+    target.setLength(target.string, static_cast<int32_t>(write + (length - read)));
     return count;
   }
 
@@ -121,7 +121,7 @@ int32_t ReplaceAllIn(EditTarget<Unit>& target, const Unit* needle, int32_t needl
   // backward within the block. Either way each part of the text moves once.
   OffsetList offsets;
   {
-    const std::basic_string_view<Unit> view(target.Text, static_cast<size_t>(length));
+    const std::basic_string_view<Unit> view(target.text, static_cast<size_t>(length));
     for (int64_t at = first; at >= 0;) {
       offsets.Add(at);
       if (offsets.Size() == static_cast<size_t>(maxCount)) break;
@@ -131,13 +131,13 @@ int32_t ReplaceAllIn(EditTarget<Unit>& target, const Unit* needle, int32_t needl
   const int64_t n = static_cast<int64_t>(offsets.Size());
   const int64_t newLength = length + n * (textLength - needleLength);
   if (newLength > EndOfText) throw std::length_error("ICString::ReplaceAll too long");
-  if (newLength > oldCapacity && !target.InlineCapable) {
+  if (newLength > oldCapacity && !target.inlineCapable) {
     // The block must grow anyway: the new text is written once, forward, into a block of
     // exactly the new length, which then replaces the old one (as the growth would have).
     ICStringUniqueT<Unit> result;
     internal::StringAccess::_Reserve(result, static_cast<int32_t>(newLength), 0);
     Unit* out = internal::StringAccess::_GetBuffer(result);
-    const Unit* const in = target.Text;
+    const Unit* const in = target.text;
     int64_t read = 0;
     for (size_t i = 0; i < offsets.Size(); ++i) {
       const int64_t at = offsets[i];
@@ -149,11 +149,11 @@ int32_t ReplaceAllIn(EditTarget<Unit>& target, const Unit* needle, int32_t needl
     }
     CopyUnits(out, in + read, static_cast<size_t>(length - read) + 1);
     internal::StringAccess::_SetStoredLength(result, static_cast<int32_t>(newLength));
-    target.Adopt(target.String, result);
+    target.adopt(target.string, result);
     return static_cast<int32_t>(n);
   }
   // Room is there: one backward pass moves each part of the text once.
-  Unit* const buffer = target.MakeRoom(target.String, static_cast<int32_t>(newLength));
+  Unit* const buffer = target.makeRoom(target.string, static_cast<int32_t>(newLength));
   int64_t readEnd = length + 1;  // the terminator moves with the last part
   int64_t writeEnd = newLength + 1;
   for (int64_t i = n - 1; i >= 0; --i) {
@@ -165,7 +165,7 @@ int32_t ReplaceAllIn(EditTarget<Unit>& target, const Unit* needle, int32_t needl
     CopyUnits(buffer + writeEnd, text, static_cast<size_t>(textLength));
     readEnd = offsets[static_cast<size_t>(i)];
   }
-  target.SetLength(target.String, static_cast<int32_t>(newLength));
+  target.setLength(target.string, static_cast<int32_t>(newLength));
   return static_cast<int32_t>(n);
 }
 

@@ -21,16 +21,16 @@ namespace internal {
 TextArgument<char> MakeCodePointArgument(char, uint32_t codePoint) noexcept {
   TextArgument<char> a;
   if (codePoint == 0) return a;
-  char* cursor = a.Encoded;
-  if (EncodeCodePoint(cursor, codePoint)) a.Length = static_cast<int32_t>(cursor - a.Encoded);
+  char* cursor = a.encoded;
+  if (EncodeCodePoint(cursor, codePoint)) a.length = static_cast<int32_t>(cursor - a.encoded);
   return a;
 }
 
 TextArgument<char16_t> MakeCodePointArgument(char16_t, uint32_t codePoint) noexcept {
   TextArgument<char16_t> a;
   if (codePoint == 0) return a;
-  a.Encoded[0] = static_cast<char16_t>(codePoint);
-  a.Length = 1;
+  a.encoded[0] = static_cast<char16_t>(codePoint);
+  a.length = 1;
   return a;
 }
 
@@ -84,8 +84,8 @@ template <class Unit, class Storage>
 auto ICStringReplaceMembers<BasicICString<Unit, Storage>>::ReplaceRange(
     int32_t position, bool lengthInUnits, int32_t count, char32_t codePoint) noexcept -> Str& {
   const auto a = internal::MakeCodePointArgument(Unit{}, codePoint);
-  if (a.Length == 0) return Self();
-  return ReplaceRange(position, lengthInUnits, count, a.Data(), a.Length);
+  if (a.length == 0) return Self();
+  return ReplaceRange(position, lengthInUnits, count, a.Data(), a.length);
 }
 
 template <class Unit, class Storage>
@@ -122,8 +122,8 @@ int32_t ICStringReplaceMembers<BasicICString<Unit, Storage>>::Replace(
   }
   const auto n = internal::MakeCodePointArgument(char{}, from);
   const auto t = internal::MakeCodePointArgument(char{}, to);
-  if (n.Length == 0) return 0;
-  return ReplaceAll(n.Data(), n.Length, t.Data(), t.Length, 0);
+  if (n.length == 0) return 0;
+  return ReplaceAll(n.Data(), n.length, t.Data(), t.length, 0);
 }
 
 template <class Unit, class Storage>

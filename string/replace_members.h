@@ -30,11 +30,11 @@ namespace internal {
 /// point. Used by the Replace adapters, which take any kind of text.
 template <class Unit>
 struct TextArgument {
-  const Unit* Text = nullptr;  ///< the text, or null for the units in Encoded
-  int32_t Length = 0;
-  Unit Encoded[5] = {};  ///< an encoded code point and a terminator
-  /// The units: Text, or Encoded when Text is null (so that a copy stays valid).
-  const Unit* Data() const noexcept { return Text ? Text : Encoded; }
+  const Unit* text = nullptr;  ///< the text, or null for the units in encoded
+  int32_t length = 0;
+  Unit encoded[5] = {};  ///< an encoded code point and a terminator
+  /// The units: text, or encoded when text is null (so that a copy stays valid).
+  const Unit* Data() const noexcept { return text ? text : encoded; }
 };
 
 /// A zero-terminated text (null counts as "").
@@ -42,9 +42,9 @@ template <class Unit>
 TextArgument<Unit> MakeTextArgument(const Unit* text) noexcept {
   TextArgument<Unit> a;
   if (text != nullptr) {
-    a.Text = text;
-    while (text[a.Length])
-      ++a.Length;
+    a.text = text;
+    while (text[a.length])
+      ++a.length;
   }
   return a;
 }
@@ -52,8 +52,8 @@ TextArgument<Unit> MakeTextArgument(const Unit* text) noexcept {
 template <class Unit, class Storage>
 TextArgument<Unit> MakeTextArgument(const BasicICString<Unit, Storage>& s) noexcept {
   TextArgument<Unit> a;
-  a.Text = s.GetText();
-  a.Length = s.GetLength();
+  a.text = s.GetText();
+  a.length = s.GetLength();
   return a;
 }
 /// A chain, written out into its Result first (chain.h).
@@ -118,7 +118,7 @@ class ICStringReplaceMembers<BasicICString<Unit, Storage>>
   int32_t Replace(const Needle& needle, const Replacement& replacement, int32_t maxCount) {
     const auto n = _Argument(needle);
     const auto r = _Argument(replacement);
-    return ReplaceAll(n.Data(), n.Length, r.Data(), r.Length, maxCount);
+    return ReplaceAll(n.Data(), n.length, r.Data(), r.length, maxCount);
   }
   /// Replaces every occurrence of one character by another: narrow strings take code points
   /// (both below 0x80: byte by byte in place; otherwise ReplaceAll of their UTF-8 forms), wide

@@ -61,19 +61,19 @@ using UpperMap = SmallFirstMap<UpperRule>;
 // Narrow MakeLower / MakeUpper.
 template <class Map>
 void MapNarrow(internal::EditTarget<char>& self, bool fast, Map map, bool upper) {
-  const char* const text = self.Text;
+  const char* const text = self.text;
   const char* const first = internal::FindFirstChange(text, map, fast);
   if (first == nullptr) return;
   const int32_t offset = static_cast<int32_t>(first - text);
-  const int32_t length = self.GetLength(self.String);
+  const int32_t length = self.getLength(self.string);
   if (fast) {
     // A shared block detaches, a view takes a block of its own.
-    internal::MapSameSize(self.MakeRoom(self.String, length) + offset, map);
+    internal::MapSameSize(self.makeRoom(self.string, length) + offset, map);
     return;
   }
   // In place while every code point keeps its byte length, runs of ASCII by the vector kernels;
   // from the first that does not, measure the rest (still as it was) and rewrite it.
-  char* const buffer = self.MakeRoom(self.String, length);
+  char* const buffer = self.makeRoom(self.string, length);
   const auto asciiRun = [upper](char* p, size_t n) {
     return platform::internal::MapAsciiCaseRun(p, n, upper);
   };
@@ -81,21 +81,21 @@ void MapNarrow(internal::EditTarget<char>& self, bool fast, Map map, bool upper)
       internal::MapWhileSameSize(buffer + offset, buffer + length, map, asciiRun);
   const auto at = static_cast<int32_t>(stop - buffer);
   if (at == length) {
-    self.SetLength(self.String, length);
+    self.setLength(self.string, length);
     return;
   }
   const internal::MapMeasure m = internal::MeasureMapped(stop, map);
   const int64_t needed = at + m.total;
   char* const grown =
-      self.MakeRoom(self.String, needed > length ? static_cast<int32_t>(needed) : length);
+      self.makeRoom(self.string, needed > length ? static_cast<int32_t>(needed) : length);
   const char* const end = internal::RewriteMapped(grown + at, m, map);
-  self.SetLength(self.String, static_cast<int32_t>(end - grown));
+  self.setLength(self.string, static_cast<int32_t>(end - grown));
 }
 
 // Wide MakeLower / MakeUpper.
 void MapWide(internal::EditTarget<char16_t>& self, bool fast, bool upper) {
-  const char16_t* const text = self.Text;
-  const int32_t length = self.GetLength(self.String);
+  const char16_t* const text = self.text;
+  const int32_t length = self.getLength(self.string);
   int32_t first = 0;
   if (fast) {
     const char16_t from = upper ? u'a' : u'A';
@@ -106,7 +106,7 @@ void MapWide(internal::EditTarget<char16_t>& self, bool fast, bool upper) {
         platform::internal::FindFirstWideCaseChange(text, static_cast<size_t>(length), upper));
   }
   if (first == length) return;
-  char16_t* const buffer = self.MakeRoom(self.String, length);
+  char16_t* const buffer = self.makeRoom(self.string, length);
   if (fast) {
     const char16_t from = upper ? u'a' : u'A';
     const int delta = upper ? -32 : 32;
@@ -125,8 +125,8 @@ bool IsBlank(Unit unit) noexcept {
 }
 
 void CapitalizeWide(internal::EditTarget<char16_t>& self) {
-  const int32_t length = self.GetLength(self.String);
-  const char16_t* text = self.Text;
+  const int32_t length = self.getLength(self.string);
+  const char16_t* text = self.text;
   char16_t* buffer = nullptr;  // set once the string has been prepared for writing
   int32_t i = 0;
   while (i < length) {
@@ -135,18 +135,18 @@ void CapitalizeWide(internal::EditTarget<char16_t>& self) {
     if (i == length) break;
     const char16_t upper = platform::towupper(text[i]);
     if (upper != text[i]) {
-      if (buffer == nullptr) text = buffer = self.MakeRoom(self.String, length);
+      if (buffer == nullptr) text = buffer = self.makeRoom(self.string, length);
       buffer[i] = upper;
     }
     while (i < length && !IsBlank(text[i]))
       ++i;
   }
-  if (buffer != nullptr) self.SetLength(self.String, length);
+  if (buffer != nullptr) self.setLength(self.string, length);
 }
 
 void CapitalizeNarrow(internal::EditTarget<char>& self) {
-  const int32_t length = self.GetLength(self.String);
-  const char* text = self.Text;
+  const int32_t length = self.getLength(self.string);
+  const char* text = self.text;
   char* buffer = nullptr;
   const char* p = text;
   const char* const end = text + length;
@@ -197,14 +197,14 @@ void CapitalizeNarrow(internal::EditTarget<char>& self) {
         }
         const int32_t finalLength = noted + static_cast<int32_t>(out - rest.get());
         char* const written =
-            self.MakeRoom(self.String, finalLength > length ? finalLength : length);
+            self.makeRoom(self.string, finalLength > length ? finalLength : length);
         std::memcpy(written + noted, rest.get(), static_cast<size_t>(out - rest.get()));
-        self.SetEnd(self.String, finalLength);
+        self.setEnd(self.string, finalLength);
         return;
       }
       if (buffer == nullptr) {
         const int32_t offset = static_cast<int32_t>(start - text);
-        buffer = self.MakeRoom(self.String, length);
+        buffer = self.makeRoom(self.string, length);
         p = buffer + (p - text);
         start = buffer + offset;
         text = buffer;

@@ -52,19 +52,19 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     values[names[i]] = value + std::to_string(i);
 
   const ic::icres::SubstitutionResult all = ic::icres::Substitute(text, values);
-  IC_FUZZ_CHECK(all.Fault == SubstitutionFault::None);
-  IC_FUZZ_CHECK(all.Text == Reference(text, values));
+  IC_FUZZ_CHECK(all.fault == SubstitutionFault::None);
+  IC_FUZZ_CHECK(all.text == Reference(text, values));
 
   std::map<std::string, std::string> extra = values;
   extra["{not a name}"] = value;
-  IC_FUZZ_CHECK(ic::icres::Substitute(text, extra).Fault == SubstitutionFault::UnknownParameter);
+  IC_FUZZ_CHECK(ic::icres::Substitute(text, extra).fault == SubstitutionFault::UnknownParameter);
 
   if (!names.empty()) {
     std::map<std::string, std::string> missing = values;
     missing.erase(names.back());
     const ic::icres::SubstitutionResult result = ic::icres::Substitute(text, missing);
-    IC_FUZZ_CHECK(result.Fault == SubstitutionFault::MissingValue);
-    IC_FUZZ_CHECK(result.Name == names.back());
+    IC_FUZZ_CHECK(result.fault == SubstitutionFault::MissingValue);
+    IC_FUZZ_CHECK(result.name == names.back());
   }
   return 0;
 }

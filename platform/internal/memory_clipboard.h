@@ -44,10 +44,10 @@ class MemoryClipboard final : public ClipboardBackend {
 
  private:
   struct Block {
-    std::unique_ptr<unsigned char[]> Bytes;
-    size_t Size = 0;
-    int Locks = 0;
-    bool OnClipboard = false;
+    std::unique_ptr<unsigned char[]> bytes;
+    size_t size = 0;
+    int locks = 0;
+    bool onClipboard = false;
   };
 
   bool _HeldByThisThread() const noexcept;

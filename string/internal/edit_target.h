@@ -17,56 +17,56 @@ namespace ic::internal {
 template <class Unit>
 struct EditTarget {
   /// The string, passed back to every step.
-  void* String;
+  void* string;
   /// Its text when the target was made.
-  const Unit* Text;
+  const Unit* text;
   /// True if the string is an object with a buffer of its own (ICStringInline): its block is
   /// never replaced by one written elsewhere.
-  bool InlineCapable;
+  bool inlineCapable;
   /// The string's length (GetLength: a string of unknown length is measured by the read).
-  int32_t (*GetLength)(const void* string);
+  int32_t (*getLength)(const void* string);
   /// The string's capacity (GetCapacity).
-  int32_t (*GetCapacity)(const void* string);
+  int32_t (*getCapacity)(const void* string);
   /// Makes the block writable in place with its capacity (a view becomes owning, a shared block
   /// that others hold is detached) and returns the writable text.
-  Unit* (*MakeWritable)(void* string);
+  Unit* (*makeWritable)(void* string);
   /// Makes room for `length` units keeping the text, and returns the writable text.
-  Unit* (*MakeRoom)(void* string, int32_t length);
+  Unit* (*makeRoom)(void* string, int32_t length);
   /// Stores the length in the block header (the terminator is the caller's).
-  void (*SetLength)(void* string, int32_t length);
+  void (*setLength)(void* string, int32_t length);
   /// Writes the terminator at text[length] and stores the length.
-  void (*SetEnd)(void* string, int32_t length);
+  void (*setEnd)(void* string, int32_t length);
   /// Replaces the string's block by the block of `written` (a unique string of this width).
-  void (*Adopt)(void* string, BasicICString<Unit, ICStringUniqueStorage<Unit>>& written);
+  void (*adopt)(void* string, BasicICString<Unit, ICStringUniqueStorage<Unit>>& written);
 
   /// The target of a string of any shape of this width.
   template <class Str>
   static EditTarget Of(Str& s) {
     EditTarget t;
-    t.String = &s;
-    t.Text = s.GetText();
-    t.InlineCapable = false;
+    t.string = &s;
+    t.text = s.GetText();
+    t.inlineCapable = false;
     if constexpr (Str::IsUnique)
-      t.InlineCapable = (StringAccess::_GetShareWord(s) & ::ic::InlineCapable) != 0;
-    t.GetLength = [](const void* p) { return static_cast<const Str*>(p)->GetLength(); };
-    t.GetCapacity = [](const void* p) { return static_cast<const Str*>(p)->GetCapacity(); };
-    t.MakeWritable = [](void* p) -> Unit* {
+      t.inlineCapable = (StringAccess::_GetShareWord(s) & ::ic::InlineCapable) != 0;
+    t.getLength = [](const void* p) { return static_cast<const Str*>(p)->GetLength(); };
+    t.getCapacity = [](const void* p) { return static_cast<const Str*>(p)->GetCapacity(); };
+    t.makeWritable = [](void* p) -> Unit* {
       Str& str = *static_cast<Str*>(p);
       StringAccess::PrepareInPlace(str);
       return StringAccess::_GetBuffer(str);
     };
-    t.MakeRoom = [](void* p, int32_t length) -> Unit* {
+    t.makeRoom = [](void* p, int32_t length) -> Unit* {
       Str& str = *static_cast<Str*>(p);
       StringAccess::_PrepareGrow(str, length);
       return StringAccess::_GetBuffer(str);
     };
-    t.SetLength = [](void* p, int32_t length) {
+    t.setLength = [](void* p, int32_t length) {
       StringAccess::_SetStoredLength(*static_cast<Str*>(p), length);
     };
-    t.SetEnd = [](void* p, int32_t length) {
+    t.setEnd = [](void* p, int32_t length) {
       StringAccess::_SetStringEnd(*static_cast<Str*>(p), length);
     };
-    t.Adopt = [](void* p, BasicICString<Unit, ICStringUniqueStorage<Unit>>& written) {
+    t.adopt = [](void* p, BasicICString<Unit, ICStringUniqueStorage<Unit>>& written) {
       *static_cast<Str*>(p) =
           static_cast<BasicICString<Unit, ICStringUniqueStorage<Unit>>&&>(written);
     };

@@ -177,8 +177,8 @@ int32_t CountUnits(const Unit* text, int32_t count, bool lengthInUnits,
 /// A position and a count of a range: a negative position moves the start to 0 and shortens
 /// the count by as much (a range that starts before the text keeps only its part inside).
 struct FoldedRange {
-  int32_t Position;
-  int64_t Count;
+  int32_t position;
+  int64_t count;
 };
 inline FoldedRange FoldNegativePosition(int32_t position, int32_t count) noexcept {
   if (position < 0) return {0, int64_t{count} + position};

@@ -21,53 +21,53 @@ namespace {
 using ic::platform::ClipboardBackend;
 using ic::platform::GlobalHandle;
 
-// Passes every call to a MemoryClipboard, writes one line per call to Log, and fails the call
-// named in a Fail* flag.
+// Passes every call to a MemoryClipboard, writes one line per call to log, and fails the call
+// named in a fail* flag.
 class RecordingClipboard final : public ClipboardBackend {
  public:
-  ic::platform::internal::MemoryClipboard Inner;
-  std::vector<std::string> Log;
-  bool FailOpen = false, FailEmpty = false, FailAlloc = false, FailLock = false, FailSet = false;
+  ic::platform::internal::MemoryClipboard inner;
+  std::vector<std::string> log;
+  bool failOpen = false, failEmpty = false, failAlloc = false, failLock = false, failSet = false;
 
   GlobalHandle GlobalAlloc(uint32_t flags, size_t bytes) noexcept override {
-    Log.push_back("alloc " + std::to_string(flags) + " " + std::to_string(bytes));
-    return FailAlloc ? nullptr : Inner.GlobalAlloc(flags, bytes);
+    log.push_back("alloc " + std::to_string(flags) + " " + std::to_string(bytes));
+    return failAlloc ? nullptr : inner.GlobalAlloc(flags, bytes);
   }
   void* GlobalLock(GlobalHandle handle) noexcept override {
-    Log.push_back("lock");
-    return FailLock ? nullptr : Inner.GlobalLock(handle);
+    log.push_back("lock");
+    return failLock ? nullptr : inner.GlobalLock(handle);
   }
   bool GlobalUnlock(GlobalHandle handle) noexcept override {
-    Log.push_back("unlock");
-    return Inner.GlobalUnlock(handle);
+    log.push_back("unlock");
+    return inner.GlobalUnlock(handle);
   }
   size_t GlobalSize(GlobalHandle handle) noexcept override {
-    Log.push_back("size");
-    return Inner.GlobalSize(handle);
+    log.push_back("size");
+    return inner.GlobalSize(handle);
   }
   GlobalHandle GlobalFree(GlobalHandle handle) noexcept override {
-    Log.push_back(handle ? "free block" : "free null");
-    return Inner.GlobalFree(handle);
+    log.push_back(handle ? "free block" : "free null");
+    return inner.GlobalFree(handle);
   }
   bool OpenClipboard(void* owner) noexcept override {
-    Log.push_back(owner ? "open owner" : "open");
-    return !FailOpen && Inner.OpenClipboard(owner);
+    log.push_back(owner ? "open owner" : "open");
+    return !failOpen && inner.OpenClipboard(owner);
   }
   bool EmptyClipboard() noexcept override {
-    Log.push_back("empty");
-    return !FailEmpty && Inner.EmptyClipboard();
+    log.push_back("empty");
+    return !failEmpty && inner.EmptyClipboard();
   }
   GlobalHandle SetClipboardData(uint32_t format, GlobalHandle handle) noexcept override {
-    Log.push_back("set " + std::to_string(format));
-    return FailSet ? nullptr : Inner.SetClipboardData(format, handle);
+    log.push_back("set " + std::to_string(format));
+    return failSet ? nullptr : inner.SetClipboardData(format, handle);
   }
   GlobalHandle GetClipboardData(uint32_t format) noexcept override {
-    Log.push_back("get " + std::to_string(format));
-    return Inner.GetClipboardData(format);
+    log.push_back("get " + std::to_string(format));
+    return inner.GetClipboardData(format);
   }
   bool CloseClipboard() noexcept override {
-    Log.push_back("close");
-    return Inner.CloseClipboard();
+    log.push_back("close");
+    return inner.CloseClipboard();
   }
 };
 
@@ -75,47 +75,47 @@ using Log = std::vector<std::string>;
 
 class ClipboardTest : public ::testing::Test {
  protected:
-  void SetUp() override { _previous = ic::platform::SetClipboardBackend(&Board); }
+  void SetUp() override { _previous = ic::platform::SetClipboardBackend(&board); }
   void TearDown() override { ic::platform::SetClipboardBackend(_previous); }
 
   // The bytes of the block of `format` on the clipboard (empty if there is none).
   std::string ClipboardBytes(uint32_t format) {
     std::string bytes;
-    if (!Board.Inner.OpenClipboard(nullptr)) return "<cannot open>";
-    if (GlobalHandle block = Board.Inner.GetClipboardData(format)) bytes = BlockBytes(block);
-    Board.Inner.CloseClipboard();
+    if (!board.inner.OpenClipboard(nullptr)) return "<cannot open>";
+    if (GlobalHandle block = board.inner.GetClipboardData(format)) bytes = BlockBytes(block);
+    board.inner.CloseClipboard();
     return bytes;
   }
   std::string BlockBytes(GlobalHandle block) {
-    const size_t size = Board.Inner.GlobalSize(block);
-    const char* data = static_cast<const char*>(Board.Inner.GlobalLock(block));
+    const size_t size = board.inner.GlobalSize(block);
+    const char* data = static_cast<const char*>(board.inner.GlobalLock(block));
     std::string bytes = data ? std::string(data, size) : std::string();
-    Board.Inner.GlobalUnlock(block);
+    board.inner.GlobalUnlock(block);
     return bytes;
   }
   // Puts `bytes` on the clipboard in `format` directly, as another program would.
   void PutOnClipboard(uint32_t format, const std::string& bytes) {
-    ASSERT_TRUE(Board.Inner.OpenClipboard(nullptr));
-    ASSERT_TRUE(Board.Inner.EmptyClipboard());
-    GlobalHandle block = Board.Inner.GlobalAlloc(0x2000, bytes.size());
+    ASSERT_TRUE(board.inner.OpenClipboard(nullptr));
+    ASSERT_TRUE(board.inner.EmptyClipboard());
+    GlobalHandle block = board.inner.GlobalAlloc(0x2000, bytes.size());
     if (!bytes.empty()) {
-      std::memcpy(Board.Inner.GlobalLock(block), bytes.data(), bytes.size());
-      Board.Inner.GlobalUnlock(block);
+      std::memcpy(board.inner.GlobalLock(block), bytes.data(), bytes.size());
+      board.inner.GlobalUnlock(block);
     }
-    ASSERT_EQ(Board.Inner.SetClipboardData(format, block), block);
-    ASSERT_TRUE(Board.Inner.CloseClipboard());
+    ASSERT_EQ(board.inner.SetClipboardData(format, block), block);
+    ASSERT_TRUE(board.inner.CloseClipboard());
   }
   // True if the clipboard is closed: another thread can open it.
   bool IsClosed() {
     bool opened = false;
     std::thread([&] {
-      opened = Board.Inner.OpenClipboard(nullptr);
-      if (opened) Board.Inner.CloseClipboard();
+      opened = board.inner.OpenClipboard(nullptr);
+      if (opened) board.inner.CloseClipboard();
     }).join();
     return opened;
   }
 
-  RecordingClipboard Board;
+  RecordingClipboard board;
 
  private:
   ClipboardBackend* _previous = nullptr;
@@ -128,7 +128,7 @@ std::string Bytes(const char16_t* text, size_t units) {
 TEST_F(ClipboardTest, NarrowTextGoesWithItsTerminatorInFormatOne) {
   ic::ICStringUnique text("abc");
   ASSERT_TRUE(text.CopyToClipboard());
-  EXPECT_EQ(Board.Log, (Log{"open", "empty", "alloc 8192 4", "lock", "unlock", "set 1", "free null",
+  EXPECT_EQ(board.log, (Log{"open", "empty", "alloc 8192 4", "lock", "unlock", "set 1", "free null",
                             "close"}));
   EXPECT_EQ(ClipboardBytes(1), std::string("abc\0", 4));
   EXPECT_TRUE(IsClosed());
@@ -156,14 +156,14 @@ TEST_F(ClipboardTest, AFormatGivenIsUsedAsItIs) {
 
 TEST_F(ClipboardTest, TheClipboardOwnsTheBlockAndEmptyingFreesTheOldOne) {
   ASSERT_TRUE(ic::ICStringUnique("one").CopyToClipboard());
-  ASSERT_TRUE(Board.Inner.OpenClipboard(nullptr));
-  GlobalHandle first = Board.Inner.GetClipboardData(1);
-  ASSERT_TRUE(Board.Inner.CloseClipboard());
-  EXPECT_TRUE(Board.Inner.IsOnClipboard(first));
-  EXPECT_EQ(Board.Inner.GlobalFree(first), first);  // not the caller's to free
+  ASSERT_TRUE(board.inner.OpenClipboard(nullptr));
+  GlobalHandle first = board.inner.GetClipboardData(1);
+  ASSERT_TRUE(board.inner.CloseClipboard());
+  EXPECT_TRUE(board.inner.IsOnClipboard(first));
+  EXPECT_EQ(board.inner.GlobalFree(first), first);  // not the caller's to free
   ASSERT_TRUE(ic::ICStringUnique("two").CopyToClipboard());
   // The first block is gone (its handle may come back for the new block, as on Windows).
-  EXPECT_EQ(Board.Inner.LiveBlocks(), 1u);
+  EXPECT_EQ(board.inner.LiveBlocks(), 1u);
   EXPECT_EQ(ClipboardBytes(1), std::string("two\0", 4));
 }
 
@@ -174,24 +174,24 @@ TEST_F(ClipboardTest, CopyFailures) {
     Log expected;
   };
   const Case cases[] = {
-      {"open", &RecordingClipboard::FailOpen, {"open"}},
-      {"empty", &RecordingClipboard::FailEmpty, {"open", "empty", "close"}},
-      {"alloc", &RecordingClipboard::FailAlloc, {"open", "empty", "alloc 8192 3", "close"}},
+      {"open", &RecordingClipboard::failOpen, {"open"}},
+      {"empty", &RecordingClipboard::failEmpty, {"open", "empty", "close"}},
+      {"alloc", &RecordingClipboard::failAlloc, {"open", "empty", "alloc 8192 3", "close"}},
       {"lock",
-       &RecordingClipboard::FailLock,
+       &RecordingClipboard::failLock,
        {"open", "empty", "alloc 8192 3", "lock", "free block", "close"}},
       {"set",
-       &RecordingClipboard::FailSet,
+       &RecordingClipboard::failSet,
        {"open", "empty", "alloc 8192 3", "lock", "unlock", "set 1", "free block", "close"}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    Board.Log.clear();
-    Board.*(c.flag) = true;
+    board.log.clear();
+    board.*(c.flag) = true;
     EXPECT_FALSE(ic::ICStringShared("ab").CopyToClipboard());
-    Board.*(c.flag) = false;
-    EXPECT_EQ(Board.Log, c.expected);
-    EXPECT_EQ(Board.Inner.LiveBlocks(), 0u);  // nothing left behind
+    board.*(c.flag) = false;
+    EXPECT_EQ(board.log, c.expected);
+    EXPECT_EQ(board.inner.LiveBlocks(), 0u);  // nothing left behind
     EXPECT_TRUE(IsClosed());
   }
 }
@@ -199,13 +199,13 @@ TEST_F(ClipboardTest, CopyFailures) {
 TEST_F(ClipboardTest, SetOpenClipboardDataPutsSeveralFormatsInOneGo) {
   ic::ICStringUnique narrow("hello");
   ic::ICStringUniqueW wide(u"hello");
-  ASSERT_TRUE(Board.Inner.OpenClipboard(nullptr));
-  ASSERT_TRUE(Board.Inner.EmptyClipboard());
+  ASSERT_TRUE(board.inner.OpenClipboard(nullptr));
+  ASSERT_TRUE(board.inner.EmptyClipboard());
   EXPECT_TRUE(narrow.SetOpenClipboardData(1, 2));  // a count: that many units, no terminator
   EXPECT_TRUE(wide.SetOpenClipboardData(13, 0));   // 0: everything with the terminator
-  EXPECT_EQ(Board.Log, (Log{"alloc 8192 2", "lock", "unlock", "set 1", "free null", "alloc 8192 12",
+  EXPECT_EQ(board.log, (Log{"alloc 8192 2", "lock", "unlock", "set 1", "free null", "alloc 8192 12",
                             "lock", "unlock", "set 13", "free null"}));
-  ASSERT_TRUE(Board.Inner.CloseClipboard());
+  ASSERT_TRUE(board.inner.CloseClipboard());
   EXPECT_EQ(ClipboardBytes(1), "he");
   EXPECT_EQ(ClipboardBytes(13), Bytes(u"hello", 6));
 }
@@ -215,55 +215,55 @@ TEST_F(ClipboardTest, ACountIsNotCheckedAgainstTheLength) {
   static const char16_t buffer[] = u"ab\0defg";
   ic::ICStringViewW wide(buffer);
   ASSERT_EQ(wide.GetLength(), 2);
-  ASSERT_TRUE(Board.Inner.OpenClipboard(nullptr));
+  ASSERT_TRUE(board.inner.OpenClipboard(nullptr));
   EXPECT_TRUE(wide.SetOpenClipboardData(13, 7));
-  ASSERT_TRUE(Board.Inner.CloseClipboard());
-  EXPECT_EQ(Board.Log.front(), "alloc 8192 14");
+  ASSERT_TRUE(board.inner.CloseClipboard());
+  EXPECT_EQ(board.log.front(), "alloc 8192 14");
   EXPECT_EQ(ClipboardBytes(13), Bytes(buffer, 7));
 }
 
 TEST_F(ClipboardTest, SetOpenClipboardDataFailures) {
   ic::ICStringUnique text("xyz");
-  ASSERT_TRUE(Board.Inner.OpenClipboard(nullptr));
-  Board.FailAlloc = true;
+  ASSERT_TRUE(board.inner.OpenClipboard(nullptr));
+  board.failAlloc = true;
   EXPECT_FALSE(text.SetOpenClipboardData(1, 0));
-  EXPECT_EQ(Board.Log, (Log{"alloc 8192 4"}));  // false at once, nothing to free
-  Board.FailAlloc = false;
-  Board.Log.clear();
-  Board.FailLock = true;
+  EXPECT_EQ(board.log, (Log{"alloc 8192 4"}));  // false at once, nothing to free
+  board.failAlloc = false;
+  board.log.clear();
+  board.failLock = true;
   EXPECT_FALSE(text.SetOpenClipboardData(1, 0));
-  EXPECT_EQ(Board.Log, (Log{"alloc 8192 4", "lock", "free block"}));
-  Board.FailLock = false;
-  Board.Log.clear();
-  Board.FailSet = true;
+  EXPECT_EQ(board.log, (Log{"alloc 8192 4", "lock", "free block"}));
+  board.failLock = false;
+  board.log.clear();
+  board.failSet = true;
   EXPECT_FALSE(text.SetOpenClipboardData(1, 0));
-  EXPECT_EQ(Board.Log, (Log{"alloc 8192 4", "lock", "unlock", "set 1", "free block"}));
-  Board.FailSet = false;
-  EXPECT_EQ(Board.Inner.LiveBlocks(), 0u);
-  ASSERT_TRUE(Board.Inner.CloseClipboard());
+  EXPECT_EQ(board.log, (Log{"alloc 8192 4", "lock", "unlock", "set 1", "free block"}));
+  board.failSet = false;
+  EXPECT_EQ(board.inner.LiveBlocks(), 0u);
+  ASSERT_TRUE(board.inner.CloseClipboard());
 }
 
 TEST_F(ClipboardTest, CopyToGlobalMemoryGivesTheCallerAnUnlockedBlock) {
   ic::ICStringView view("view text");
   GlobalHandle block = view.CopyToGlobalMemory(0);
   ASSERT_NE(block, nullptr);
-  EXPECT_EQ(Board.Log, (Log{"alloc 8192 10", "lock", "unlock"}));
-  EXPECT_EQ(Board.Inner.LockCount(block), 0);
-  EXPECT_FALSE(Board.Inner.IsOnClipboard(block));
+  EXPECT_EQ(board.log, (Log{"alloc 8192 10", "lock", "unlock"}));
+  EXPECT_EQ(board.inner.LockCount(block), 0);
+  EXPECT_FALSE(board.inner.IsOnClipboard(block));
   EXPECT_EQ(BlockBytes(block), std::string("view text\0", 10));
   GlobalHandle part = view.CopyToGlobalMemory(4);
   EXPECT_EQ(BlockBytes(part), "view");
-  EXPECT_EQ(Board.Inner.GlobalFree(block), nullptr);
-  EXPECT_EQ(Board.Inner.GlobalFree(part), nullptr);
+  EXPECT_EQ(board.inner.GlobalFree(block), nullptr);
+  EXPECT_EQ(board.inner.GlobalFree(part), nullptr);
 
-  Board.FailAlloc = true;
+  board.failAlloc = true;
   EXPECT_EQ(view.CopyToGlobalMemory(0), nullptr);
-  Board.FailAlloc = false;
-  Board.FailLock = true;
-  Board.Log.clear();
+  board.failAlloc = false;
+  board.failLock = true;
+  board.log.clear();
   EXPECT_EQ(view.CopyToGlobalMemory(0), nullptr);
-  EXPECT_EQ(Board.Log, (Log{"alloc 8192 10", "lock", "free block"}));
-  EXPECT_EQ(Board.Inner.LiveBlocks(), 0u);
+  EXPECT_EQ(board.log, (Log{"alloc 8192 10", "lock", "free block"}));
+  EXPECT_EQ(board.inner.LiveBlocks(), 0u);
 }
 
 // Every write exists for the six strings, and only the length reader differs.
@@ -285,10 +285,10 @@ TYPED_TEST(ClipboardShapesTest, WritesTheWholeTextOrTheCount) {
   EXPECT_EQ(this->ClipboardBytes(format), whole);
   GlobalHandle block = text.CopyToGlobalMemory(3);
   EXPECT_EQ(this->BlockBytes(block), whole.substr(0, 3 * sizeof(Unit)));
-  this->Board.Inner.GlobalFree(block);
-  ASSERT_TRUE(this->Board.Inner.OpenClipboard(nullptr));
+  this->board.inner.GlobalFree(block);
+  ASSERT_TRUE(this->board.inner.OpenClipboard(nullptr));
   EXPECT_TRUE(text.SetOpenClipboardData(7, 0));
-  ASSERT_TRUE(this->Board.Inner.CloseClipboard());
+  ASSERT_TRUE(this->board.inner.CloseClipboard());
   EXPECT_EQ(this->ClipboardBytes(7), whole);
   EXPECT_EQ(std::basic_string<Unit>(text.GetText()), std::basic_string<Unit>(units));
 }
@@ -297,13 +297,13 @@ TEST_F(ClipboardTest, PasteReadsTheBlockAndLeavesTheLengthToBeMeasured) {
   PutOnClipboard(1, std::string("h\xC3\xA9llo\0", 7));
   ic::ICStringUnique text("old");
   ASSERT_TRUE(text.PasteFromClipboard());
-  EXPECT_EQ(Board.Log, (Log{"open", "get 1", "size", "lock", "unlock", "close"}));
+  EXPECT_EQ(board.log, (Log{"open", "get 1", "size", "lock", "unlock", "close"}));
   EXPECT_EQ(ic::test::LengthWord(text.GetText()), 0x8000);  // not measured yet
   EXPECT_EQ(std::string(text.GetText()), "h\xC3\xA9llo");
   EXPECT_EQ(text.GetLength(), 6);
   EXPECT_GE(text.GetCapacity(), 4 * 7 + 4);  // four times the block, plus four
   EXPECT_TRUE(IsClosed());
-  EXPECT_EQ(Board.Inner.LiveBlocks(), 1u);  // the clipboard's block is not freed
+  EXPECT_EQ(board.inner.LiveBlocks(), 1u);  // the clipboard's block is not freed
 }
 
 TEST_F(ClipboardTest, WidePasteSizesByTheBlock) {
@@ -348,29 +348,29 @@ TEST_F(ClipboardTest, TextEndsAtTheFirstZeroUnitOfTheBlock) {
 
 TEST_F(ClipboardTest, PasteFailuresLeaveTheStringAsItWas) {
   ic::ICStringUnique text("keep");
-  Board.FailOpen = true;
+  board.failOpen = true;
   EXPECT_FALSE(text.PasteFromClipboard());
-  EXPECT_EQ(Board.Log, (Log{"open"}));
-  Board.FailOpen = false;
+  EXPECT_EQ(board.log, (Log{"open"}));
+  board.failOpen = false;
 
-  Board.Log.clear();
+  board.log.clear();
   EXPECT_FALSE(text.PasteFromClipboard());  // an empty clipboard
-  EXPECT_EQ(Board.Log, (Log{"open", "get 1", "close"}));
+  EXPECT_EQ(board.log, (Log{"open", "get 1", "close"}));
 
   PutOnClipboard(13, Bytes(u"wide only", 10));
   EXPECT_FALSE(text.PasteFromClipboard());  // no data in format 1
 
   PutOnClipboard(1, "");
-  Board.Log.clear();
+  board.log.clear();
   EXPECT_FALSE(text.PasteFromClipboard());  // a block of size 0
-  EXPECT_EQ(Board.Log, (Log{"open", "get 1", "size", "close"}));
+  EXPECT_EQ(board.log, (Log{"open", "get 1", "size", "close"}));
 
   PutOnClipboard(1, "abc");
-  Board.FailLock = true;
-  Board.Log.clear();
+  board.failLock = true;
+  board.log.clear();
   EXPECT_FALSE(text.PasteFromClipboard());
-  EXPECT_EQ(Board.Log, (Log{"open", "get 1", "size", "lock", "close"}));
-  Board.FailLock = false;
+  EXPECT_EQ(board.log, (Log{"open", "get 1", "size", "lock", "close"}));
+  board.failLock = false;
 
   EXPECT_EQ(std::string(text.GetText()), "keep");
   EXPECT_EQ(text.GetLength(), 4);
@@ -380,33 +380,33 @@ TEST_F(ClipboardTest, PasteFailuresLeaveTheStringAsItWas) {
 TEST_F(ClipboardTest, ReadGlobalMemoryLeavesTheHandleWithTheCaller) {
   GlobalHandle block = ic::ICStringUniqueW(u"handle").CopyToGlobalMemory(0);
   ic::ICStringUniqueW text;
-  Board.Log.clear();
+  board.log.clear();
   ASSERT_TRUE(text.ReadGlobalMemory(block));
-  EXPECT_EQ(Board.Log, (Log{"size", "lock", "unlock"}));  // no clipboard calls
+  EXPECT_EQ(board.log, (Log{"size", "lock", "unlock"}));  // no clipboard calls
   EXPECT_EQ(std::u16string(text.GetText()), u"handle");
-  EXPECT_TRUE(Board.Inner.IsLive(block));
-  EXPECT_EQ(Board.Inner.LockCount(block), 0);
-  EXPECT_EQ(Board.Inner.GlobalFree(block), nullptr);
+  EXPECT_TRUE(board.inner.IsLive(block));
+  EXPECT_EQ(board.inner.LockCount(block), 0);
+  EXPECT_EQ(board.inner.GlobalFree(block), nullptr);
 
   ic::ICStringUnique narrow("same");
   EXPECT_FALSE(narrow.ReadGlobalMemory(nullptr));
-  GlobalHandle empty = Board.Inner.GlobalAlloc(0x2000, 0);
+  GlobalHandle empty = board.inner.GlobalAlloc(0x2000, 0);
   EXPECT_FALSE(narrow.ReadGlobalMemory(empty));
   GlobalHandle some = ic::ICStringUnique("zz").CopyToGlobalMemory(0);
-  Board.FailLock = true;
+  board.failLock = true;
   EXPECT_FALSE(narrow.ReadGlobalMemory(some));
-  Board.FailLock = false;
+  board.failLock = false;
   EXPECT_EQ(std::string(narrow.GetText()), "same");
-  Board.Inner.GlobalFree(empty);
-  Board.Inner.GlobalFree(some);
+  board.inner.GlobalFree(empty);
+  board.inner.GlobalFree(some);
 }
 
 TEST_F(ClipboardTest, AnotherThreadCannotOpenTheClipboardWhileItIsOpen) {
-  ASSERT_TRUE(Board.Inner.OpenClipboard(nullptr));
+  ASSERT_TRUE(board.inner.OpenClipboard(nullptr));
   bool copied = true;
   std::thread([&] { copied = ic::ICStringUnique("x").CopyToClipboard(); }).join();
   EXPECT_FALSE(copied);
-  ASSERT_TRUE(Board.Inner.CloseClipboard());
+  ASSERT_TRUE(board.inner.CloseClipboard());
   EXPECT_TRUE(ic::ICStringUnique("x").CopyToClipboard());
 }
 

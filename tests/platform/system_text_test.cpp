@@ -104,8 +104,8 @@ TEST(LocaleInfoTest, TheTableNamesTheCommonLocales) {
   const KnownLocaleId* known = KnownLocaleIds(count);
   std::u16string names;
   for (size_t i = 0; i < count; ++i) {
-    names += std::u16string(known[i].Name,
-                            known[i].Name + std::char_traits<char>::length(known[i].Name)) +
+    names += std::u16string(known[i].name,
+                            known[i].name + std::char_traits<char>::length(known[i].name)) +
              u" ";
   }
   for (const char16_t* name : {u"en-US ", u"en-GB ", u"de-DE ", u"fr-FR ", u"es-ES ", u"ja-JP ",

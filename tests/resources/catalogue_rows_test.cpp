@@ -34,7 +34,7 @@ class CatalogueRowsTest : public ::testing::Test {
   static std::vector<CatalogueRow> RowsOf(const std::string& catalogue) {
     std::vector<CatalogueRow> rows;
     for (const CatalogueRow& row : *g_rows) {
-      if (row.Catalogue == catalogue) rows.push_back(row);
+      if (row.catalogue == catalogue) rows.push_back(row);
     }
     return rows;
   }
@@ -55,14 +55,14 @@ class CatalogueRowsTest : public ::testing::Test {
     ASSERT_NE(record, nullptr);
     ASSERT_EQ(record->Count, static_cast<int32_t>(rows.size()));
     for (const CatalogueRow& row : rows) {
-      ASSERT_LT(row.Row, record->Count);
-      EXPECT_EQ(Utf8(record->GetKey(record, row.Row)), row.Key) << "row " << row.Row;
+      ASSERT_LT(row.row, record->Count);
+      EXPECT_EQ(Utf8(record->GetKey(record, row.row)), row.key) << "row " << row.row;
       if (allGiven) {
-        EXPECT_TRUE(row.Given) << "row " << row.Row << " " << row.Key;
+        EXPECT_TRUE(row.given) << "row " << row.row << " " << row.key;
       }
-      if (row.Given) {
-        EXPECT_EQ(Utf8(record->GetText(record, row.Row)), row.Text)
-            << "row " << row.Row << " " << row.Key;
+      if (row.given) {
+        EXPECT_EQ(Utf8(record->GetText(record, row.row)), row.text)
+            << "row " << row.row << " " << row.key;
       }
     }
     EXPECT_EQ(record->GetKey(record, record->Count), nullptr);
@@ -78,7 +78,7 @@ std::vector<CatalogueRow>* CatalogueRowsTest::g_rows = nullptr;
 TEST_F(CatalogueRowsTest, ListingIsInRowOrder) {
   std::map<std::string, int> next;
   for (const CatalogueRow& row : *g_rows) {
-    EXPECT_EQ(row.Row, next[row.Catalogue]++) << row.Catalogue << " " << row.Key;
+    EXPECT_EQ(row.row, next[row.catalogue]++) << row.catalogue << " " << row.key;
   }
   EXPECT_EQ(g_rows->size(), 514u);
 }
@@ -128,7 +128,7 @@ TEST_F(CatalogueRowsTest, Os) {
 TEST_F(CatalogueRowsTest, ListingCoversEveryCatalogue) {
   std::set<std::string> listed;
   for (const CatalogueRow& row : *g_rows)
-    listed.insert(row.Catalogue);
+    listed.insert(row.catalogue);
   std::set<std::string> loaded;
   for (ResourceStringLibrary* record : _module.Chain())
     loaded.insert(Utf8(record->Name));

@@ -129,10 +129,10 @@ bool EndsWith(const std::string& text, const std::string& tail) {
 }
 
 struct Row {
-  int Index;
-  std::string Key;
-  std::string Text;
-  std::vector<std::string> Params;
+  int index;
+  std::string key;
+  std::string text;
+  std::vector<std::string> params;
 };
 
 class CatalogueRulesTest : public ::testing::Test {
@@ -143,7 +143,7 @@ class CatalogueRulesTest : public ::testing::Test {
       std::vector<Row>& rows = _rows[Utf8(record->Name)];
       for (int32_t i = 0; i < record->Count; ++i) {
         Row row{i, Utf8(record->GetKey(record, i)), Utf8(record->GetText(record, i)), {}};
-        row.Params = Parameters(row.Text, Utf8(record->Name) + "/" + row.Key);
+        row.params = Parameters(row.text, Utf8(record->Name) + "/" + row.key);
         rows.push_back(row);
       }
     }
@@ -151,7 +151,7 @@ class CatalogueRulesTest : public ::testing::Test {
 
   const Row* Find(const std::string& catalogue, const std::string& key) {
     for (const Row& row : _rows[catalogue])
-      if (row.Key == key) return &row;
+      if (row.key == key) return &row;
     return nullptr;
   }
 
@@ -174,7 +174,7 @@ TEST_F(CatalogueRulesTest, AllThirteenCataloguesWith514Rows) {
 TEST_F(CatalogueRulesTest, NoTextIsEmptyOrBlank) {
   for (const auto& [name, rows] : _rows) {
     for (const Row& row : rows) {
-      EXPECT_NE(row.Text.find_first_not_of(" \t\r\n"), std::string::npos) << name << "/" << row.Key;
+      EXPECT_NE(row.text.find_first_not_of(" \t\r\n"), std::string::npos) << name << "/" << row.key;
     }
   }
 }
@@ -184,8 +184,8 @@ TEST_F(CatalogueRulesTest, ParametersAreTheCataloguesOwn) {
     const auto known = CatalogueParameters().find(name);
     ASSERT_NE(known, CatalogueParameters().end()) << name;
     for (const Row& row : rows)
-      for (const std::string& param : row.Params)
-        EXPECT_TRUE(known->second.count(param)) << name << "/" << row.Key << ": {" << param << "}";
+      for (const std::string& param : row.params)
+        EXPECT_TRUE(known->second.count(param)) << name << "/" << row.key << ": {" << param << "}";
   }
 }
 
@@ -193,12 +193,12 @@ TEST_F(CatalogueRulesTest, HintRowsHaveNoParameterAndFollowTheRowTheyExplain) {
   int hints = 0;
   for (const auto& [name, rows] : _rows) {
     for (const Row& row : rows) {
-      if (!EndsWith(row.Key, "_hint")) continue;
+      if (!EndsWith(row.key, "_hint")) continue;
       ++hints;
-      EXPECT_TRUE(row.Params.empty()) << name << "/" << row.Key;
-      const std::string twin = row.Key.substr(0, row.Key.size() - 5);
-      ASSERT_GT(row.Index, 0);
-      EXPECT_EQ(rows[row.Index - 1].Key, twin) << name << "/" << row.Key;
+      EXPECT_TRUE(row.params.empty()) << name << "/" << row.key;
+      const std::string twin = row.key.substr(0, row.key.size() - 5);
+      ASSERT_GT(row.index, 0);
+      EXPECT_EQ(rows[row.index - 1].key, twin) << name << "/" << row.key;
     }
   }
   EXPECT_EQ(hints, 2);  // nsc_uniqAttrs_hint and vc_NoDTD_hint
@@ -208,13 +208,13 @@ TEST_F(CatalogueRulesTest, NoUriRowsAreTheirTwinWithoutUri) {
   int count = 0;
   for (const auto& [name, rows] : _rows) {
     for (const Row& row : rows) {
-      if (!EndsWith(row.Key, "_no_uri")) continue;
+      if (!EndsWith(row.key, "_no_uri")) continue;
       ++count;
-      const Row* twin = Find(name, row.Key.substr(0, row.Key.size() - 7));
-      ASSERT_NE(twin, nullptr) << row.Key;
-      std::set<std::string> expected(twin->Params.begin(), twin->Params.end());
-      EXPECT_EQ(expected.erase("uri"), 1u) << twin->Key << " has no {uri}";
-      EXPECT_EQ(std::set<std::string>(row.Params.begin(), row.Params.end()), expected) << row.Key;
+      const Row* twin = Find(name, row.key.substr(0, row.key.size() - 7));
+      ASSERT_NE(twin, nullptr) << row.key;
+      std::set<std::string> expected(twin->params.begin(), twin->params.end());
+      EXPECT_EQ(expected.erase("uri"), 1u) << twin->key << " has no {uri}";
+      EXPECT_EQ(std::set<std::string>(row.params.begin(), row.params.end()), expected) << row.key;
     }
   }
   EXPECT_EQ(count, 2);
@@ -224,14 +224,14 @@ TEST_F(CatalogueRulesTest, CollectedRowsEndInAFullWidthColonAheadOfAList) {
   int count = 0;
   for (const auto& [name, rows] : _rows) {
     for (const Row& row : rows) {
-      if (!EndsWith(row.Key, "_collected")) continue;
+      if (!EndsWith(row.key, "_collected")) continue;
       ++count;
-      EXPECT_TRUE(EndsWith(row.Text, "：")) << row.Key << ": " << row.Text;
-      const Row* twin = Find(name, row.Key.substr(0, row.Key.size() - 10));
-      ASSERT_NE(twin, nullptr) << row.Key;
-      const std::set<std::string> twinParams(twin->Params.begin(), twin->Params.end());
-      for (const std::string& param : row.Params)
-        EXPECT_TRUE(twinParams.count(param)) << row.Key << ": {" << param << "} not in its twin";
+      EXPECT_TRUE(EndsWith(row.text, "：")) << row.key << ": " << row.text;
+      const Row* twin = Find(name, row.key.substr(0, row.key.size() - 10));
+      ASSERT_NE(twin, nullptr) << row.key;
+      const std::set<std::string> twinParams(twin->params.begin(), twin->params.end());
+      for (const std::string& param : row.params)
+        EXPECT_TRUE(twinParams.count(param)) << row.key << ": {" << param << "} not in its twin";
     }
   }
   EXPECT_EQ(count, 17);
@@ -241,9 +241,9 @@ TEST_F(CatalogueRulesTest, CollectedRowsEndInAFullWidthColonAheadOfAList) {
 TEST_F(CatalogueRulesTest, IgnoredRowsAreLogLinesOfAStepPassedOver) {
   int count = 0;
   for (const Row& row : _rows["pkg"]) {
-    if (!EndsWith(row.Key, "_ignored")) continue;
+    if (!EndsWith(row.key, "_ignored")) continue;
     ++count;
-    EXPECT_TRUE(EndsWith(row.Text, "—已忽略。")) << row.Key << ": " << row.Text;
+    EXPECT_TRUE(EndsWith(row.text, "—已忽略。")) << row.key << ": " << row.text;
   }
   EXPECT_EQ(count, 6);
 }
@@ -251,36 +251,36 @@ TEST_F(CatalogueRulesTest, IgnoredRowsAreLogLinesOfAStepPassedOver) {
 TEST_F(CatalogueRulesTest, ArgParametersOnlyInTheCatalogueTimingLine) {
   for (const auto& [name, rows] : _rows) {
     for (const Row& row : rows) {
-      const bool timing = name == "xml" && row.Key == "verbose_finish_loading_catalog";
-      for (const std::string& param : row.Params) {
+      const bool timing = name == "xml" && row.key == "verbose_finish_loading_catalog";
+      for (const std::string& param : row.params) {
         if (param == "arg1" || param == "arg2") {
-          EXPECT_TRUE(timing) << name << "/" << row.Key;
+          EXPECT_TRUE(timing) << name << "/" << row.key;
         }
       }
       if (timing) {
-        EXPECT_EQ(row.Params, (std::vector<std::string>{"arg1", "arg2"}));
+        EXPECT_EQ(row.params, (std::vector<std::string>{"arg1", "arg2"}));
       }
     }
   }
 }
 
 TEST_F(CatalogueRulesTest, RowsThatStandAsGiven) {
-  EXPECT_EQ(Find("os", "SocketNotUdp")->Text, Find("os", "SocketNotTcp")->Text);
-  EXPECT_TRUE(EndsWith(Find("os", "NetworkProxyAuthMethodUserOK")->Text, "OK."));
-  EXPECT_TRUE(EndsWith(Find("os", "NetworkProxyAuthOK")->Text, "OK。"));
-  EXPECT_EQ(Find("cryptography", "OpenSSLDescription")->Text, "{description}");
-  EXPECT_EQ(Find("pkg", "label_conflicts")->Text, "与   冲突");
-  EXPECT_EQ(Find("pkg", "delete_folder")->Text, Find("pkg", "log_delete_folder_ignored")->Text);
-  EXPECT_TRUE(EndsWith(Find("xml", "quickmend_a_props_correct_delete_vc")->Text, "."));
-  EXPECT_FALSE(EndsWith(Find("xml", "quickmend_a_props_correct_delete_vc")->Text, "。"));
-  EXPECT_TRUE(EndsWith(Find("xml", "quickmend_element_no_valid_default_value_delete")->Text, "。"));
-  EXPECT_FALSE(EndsWith(Find("xml", "wfc_NoRecursion_PEDecl")->Text, "。"));
-  EXPECT_TRUE(EndsWith(Find("xml", "wfc_NoRecursion_GEDecl")->Text, "。"));
+  EXPECT_EQ(Find("os", "SocketNotUdp")->text, Find("os", "SocketNotTcp")->text);
+  EXPECT_TRUE(EndsWith(Find("os", "NetworkProxyAuthMethodUserOK")->text, "OK."));
+  EXPECT_TRUE(EndsWith(Find("os", "NetworkProxyAuthOK")->text, "OK。"));
+  EXPECT_EQ(Find("cryptography", "OpenSSLDescription")->text, "{description}");
+  EXPECT_EQ(Find("pkg", "label_conflicts")->text, "与   冲突");
+  EXPECT_EQ(Find("pkg", "delete_folder")->text, Find("pkg", "log_delete_folder_ignored")->text);
+  EXPECT_TRUE(EndsWith(Find("xml", "quickmend_a_props_correct_delete_vc")->text, "."));
+  EXPECT_FALSE(EndsWith(Find("xml", "quickmend_a_props_correct_delete_vc")->text, "。"));
+  EXPECT_TRUE(EndsWith(Find("xml", "quickmend_element_no_valid_default_value_delete")->text, "。"));
+  EXPECT_FALSE(EndsWith(Find("xml", "wfc_NoRecursion_PEDecl")->text, "。"));
+  EXPECT_TRUE(EndsWith(Find("xml", "wfc_NoRecursion_GEDecl")->text, "。"));
   // The one row that stands away from its family.
   const Row* space = Find("xml", "wfc_xml_space");
   ASSERT_NE(space, nullptr);
-  EXPECT_EQ(_rows["xml"][space->Index - 1].Key, "vc_AttributeValueType");
-  EXPECT_EQ(_rows["xml"][space->Index + 1].Key, "vc_ElementValid_1");
+  EXPECT_EQ(_rows["xml"][space->index - 1].key, "vc_AttributeValueType");
+  EXPECT_EQ(_rows["xml"][space->index + 1].key, "vc_ElementValid_1");
 }
 
 }  // namespace

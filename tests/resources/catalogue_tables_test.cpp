@@ -27,13 +27,13 @@ namespace catalogues = ic::resources::catalogues;
 
 // The function group of one catalogue, gathered so that one check serves all thirteen.
 struct Group {
-  const char16_t* Name;
-  int32_t Count;
-  int32_t RowCount;
-  ResourceStringLibrary* (*GetLibrary)();
-  const char16_t* (*GetKeyAt)(int32_t);
-  RowAccessor KeyAccessor;
-  RowAccessor TextAccessor;
+  const char16_t* name;
+  int32_t count;
+  int32_t rowCount;
+  ResourceStringLibrary* (*getLibrary)();
+  const char16_t* (*getKeyAt)(int32_t);
+  RowAccessor keyAccessor;
+  RowAccessor textAccessor;
 };
 
 #define IC_GROUP(NAME, COUNT)                                                    \
@@ -53,7 +53,7 @@ const Group kGroups[] = {IC_GROUP(gui, 16),       IC_GROUP(xsdt, 15),         IC
 
 std::string Name(const Group& group) {
   std::string name;
-  for (const char16_t* p = group.Name; *p; ++p)
+  for (const char16_t* p = group.name; *p; ++p)
     name += static_cast<char>(*p);
   return name;
 }
@@ -61,60 +61,60 @@ std::string Name(const Group& group) {
 TEST(CatalogueTablesTest, CountsAndRecords) {
   for (const Group& group : kGroups) {
     SCOPED_TRACE(Name(group));
-    EXPECT_EQ(group.RowCount, group.Count);
-    ResourceStringLibrary* library = group.GetLibrary();
+    EXPECT_EQ(group.rowCount, group.count);
+    ResourceStringLibrary* library = group.getLibrary();
     ASSERT_NE(library, nullptr);
-    EXPECT_EQ(group.GetLibrary(), library);
-    EXPECT_EQ(std::u16string(library->Name), group.Name);
-    EXPECT_EQ(library->Count, group.Count);
-    EXPECT_EQ(library->GetKey, group.KeyAccessor);
-    EXPECT_EQ(library->GetText, group.TextAccessor);
-    EXPECT_EQ(FindLibrary(group.Name), library);
+    EXPECT_EQ(group.getLibrary(), library);
+    EXPECT_EQ(std::u16string(library->Name), group.name);
+    EXPECT_EQ(library->Count, group.count);
+    EXPECT_EQ(library->GetKey, group.keyAccessor);
+    EXPECT_EQ(library->GetText, group.textAccessor);
+    EXPECT_EQ(FindLibrary(group.name), library);
   }
 }
 
 TEST(CatalogueTablesTest, GetKeyAtEndsInNull) {
   for (const Group& group : kGroups) {
     SCOPED_TRACE(Name(group));
-    for (int32_t row = 0; row < group.Count; ++row) {
-      ASSERT_NE(group.GetKeyAt(row), nullptr) << row;
-      EXPECT_EQ(group.GetKeyAt(row), group.KeyAccessor(nullptr, row));
+    for (int32_t row = 0; row < group.count; ++row) {
+      ASSERT_NE(group.getKeyAt(row), nullptr) << row;
+      EXPECT_EQ(group.getKeyAt(row), group.keyAccessor(nullptr, row));
     }
-    EXPECT_EQ(group.GetKeyAt(group.Count), nullptr);
-    EXPECT_EQ(group.GetKeyAt(group.Count + 1), nullptr);
-    EXPECT_EQ(group.GetKeyAt(-1), nullptr);
+    EXPECT_EQ(group.getKeyAt(group.count), nullptr);
+    EXPECT_EQ(group.getKeyAt(group.count + 1), nullptr);
+    EXPECT_EQ(group.getKeyAt(-1), nullptr);
   }
 }
 
 TEST(CatalogueTablesTest, AccessorsClamp) {
   for (const Group& group : kGroups) {
     SCOPED_TRACE(Name(group));
-    for (int32_t row : {-1, group.Count, group.Count + 1, INT32_MIN, INT32_MAX}) {
-      EXPECT_EQ(group.TextAccessor(nullptr, row), nullptr) << row;
-      EXPECT_EQ(group.KeyAccessor(nullptr, row), nullptr) << row;
+    for (int32_t row : {-1, group.count, group.count + 1, INT32_MIN, INT32_MAX}) {
+      EXPECT_EQ(group.textAccessor(nullptr, row), nullptr) << row;
+      EXPECT_EQ(group.keyAccessor(nullptr, row), nullptr) << row;
     }
-    EXPECT_NE(group.TextAccessor(nullptr, 0), nullptr);
-    EXPECT_NE(group.TextAccessor(nullptr, group.Count - 1), nullptr);
+    EXPECT_NE(group.textAccessor(nullptr, 0), nullptr);
+    EXPECT_NE(group.textAccessor(nullptr, group.count - 1), nullptr);
   }
 }
 
 TEST(CatalogueTablesTest, EveryKeyFindsItsRow) {
   for (const Group& group : kGroups) {
     SCOPED_TRACE(Name(group));
-    ResourceStringLibrary* library = group.GetLibrary();
-    for (int32_t row = 0; row < group.Count; ++row) {
-      EXPECT_EQ(FindRow(library, group.GetKeyAt(row)), row);
-      EXPECT_EQ(FindText(library, group.GetKeyAt(row)), group.TextAccessor(nullptr, row));
+    ResourceStringLibrary* library = group.getLibrary();
+    for (int32_t row = 0; row < group.count; ++row) {
+      EXPECT_EQ(FindRow(library, group.getKeyAt(row)), row);
+      EXPECT_EQ(FindText(library, group.getKeyAt(row)), group.textAccessor(nullptr, row));
     }
-    EXPECT_EQ(library->KeyIndex.size(), static_cast<size_t>(group.Count));
+    EXPECT_EQ(library->KeyIndex.size(), static_cast<size_t>(group.count));
   }
 }
 
 TEST(CatalogueTablesTest, GetMessageUsesTheDefaultHook) {
   MessageResult result{u"stale", 3};
   EXPECT_EQ(catalogues::xml::GetMessage(&result, 10, 20), &result);
-  EXPECT_EQ(result.Text, ic::EmptyText<char16_t>());
-  EXPECT_EQ(result.Word, 0u);
+  EXPECT_EQ(result.text, ic::EmptyText<char16_t>());
+  EXPECT_EQ(result.word, 0u);
 }
 
 }  // namespace

@@ -20,8 +20,8 @@ using ic::resources::ResourceStringLibrary;
 using ic::test::Utf8;
 
 struct Row {
-  std::string Key;
-  std::string Text;
+  std::string key;
+  std::string text;
 };
 
 bool StartsWith(const std::string& text, const std::string& head) {
@@ -44,14 +44,14 @@ class CatalogueTermsTest : public ::testing::Test {
     }
     for (const ic::test::CatalogueRow& row :
          ic::test::ReadCatalogueRows(ic::test::CatalogueRowsPath)) {
-      if (row.Given) _given.insert(row.Catalogue + "/" + row.Key);
+      if (row.given) _given.insert(row.catalogue + "/" + row.key);
     }
   }
 
   // The text of a row; fails the test and gives "" for a key the catalogue lacks.
   std::string Text(const std::string& catalogue, const std::string& key) {
     for (const Row& row : _rows[catalogue])
-      if (row.Key == key) return row.Text;
+      if (row.key == key) return row.text;
     ADD_FAILURE() << catalogue << "/" << key << " is missing";
     return {};
   }
@@ -73,8 +73,8 @@ TEST_F(CatalogueTermsTest, NoTypeWordBetweenADtdTypeNameAndAttribute) {
   for (const auto& [name, rows] : _rows) {
     for (const Row& row : rows) {
       for (const char* type : types) {
-        EXPECT_EQ(row.Text.find(std::string(type) + "类型特性"), std::string::npos)
-            << name << "/" << row.Key << ": " << row.Text;
+        EXPECT_EQ(row.text.find(std::string(type) + "类型特性"), std::string::npos)
+            << name << "/" << row.key << ": " << row.text;
       }
     }
   }
@@ -103,10 +103,10 @@ TEST_F(CatalogueTermsTest, ExternalMarkupIsAlwaysAnExternalMarkupDeclaration) {
   const std::string declaration = "声明";
   for (const auto& [name, rows] : _rows) {
     for (const Row& row : rows) {
-      for (size_t at = row.Text.find(term); at != std::string::npos;
-           at = row.Text.find(term, at + term.size())) {
-        EXPECT_EQ(row.Text.compare(at + term.size(), declaration.size(), declaration), 0)
-            << name << "/" << row.Key << ": " << row.Text;
+      for (size_t at = row.text.find(term); at != std::string::npos;
+           at = row.text.find(term, at + term.size())) {
+        EXPECT_EQ(row.text.compare(at + term.size(), declaration.size(), declaration), 0)
+            << name << "/" << row.key << ": " << row.text;
       }
     }
   }
@@ -129,10 +129,10 @@ TEST_F(CatalogueTermsTest, PackageLogLinesOfAStepUnderWayBeginWithZhengZai) {
   for (const Row& row : _rows["pkg"]) {
     bool underWay = false;
     for (const char* step : steps)
-      underWay = underWay || StartsWith(row.Key, step);
-    if (!underWay || EndsWith(row.Key, "_ignored") || IsGiven("pkg", row.Key)) continue;
+      underWay = underWay || StartsWith(row.key, step);
+    if (!underWay || EndsWith(row.key, "_ignored") || IsGiven("pkg", row.key)) continue;
     ++lines;
-    EXPECT_TRUE(StartsWith(row.Text, "正在")) << row.Key << ": " << row.Text;
+    EXPECT_TRUE(StartsWith(row.text, "正在")) << row.key << ": " << row.text;
   }
   // log_create_folder, log_delete_folder, log_download_file, log_delete_file,
   // log_fetch_pkg_available and the three log_update_ rows.

@@ -113,34 +113,34 @@ TEST(ResourceCatalogueTest, RegistrarBuildsTheRecord) {
 
 // A hook that records what it was given.
 struct SeenByHook {
-  const ResourceStringLibrary* Library = nullptr;
-  uint32_t Word1 = 0;
-  uint32_t Word2 = 0;
+  const ResourceStringLibrary* library = nullptr;
+  uint32_t word1 = 0;
+  uint32_t word2 = 0;
 };
 SeenByHook g_seen;
 
 MessageResult* RecordingHook(MessageResult* result, const ResourceStringLibrary* library,
                              uint32_t word1, uint32_t word2) {
   g_seen = {library, word1, word2};
-  result->Text = u"hooked";
-  result->Word = word1 + word2;
+  result->text = u"hooked";
+  result->word = word1 + word2;
   return result;
 }
 
 TEST(ResourceCatalogueTest, GetMessageGoesThroughTheHook) {
   MessageResult result{u"stale", 9};
   EXPECT_EQ(sample::GetMessage(&result, 1, 2), &result);
-  EXPECT_EQ(result.Text, ic::EmptyText<char16_t>());  // the default hook
-  EXPECT_EQ(result.Word, 0u);
+  EXPECT_EQ(result.text, ic::EmptyText<char16_t>());  // the default hook
+  EXPECT_EQ(result.word, 0u);
 
   ResourceStringManager& manager = GetResourceStringManager();
   manager.GetMessageHook = &RecordingHook;
   EXPECT_EQ(sample::GetMessage(&result, 0xDEADBEEF, 5), &result);
   manager.GetMessageHook = &DefaultGetMessage;
-  EXPECT_EQ(g_seen.Library, sample::GetLibrary());
-  EXPECT_EQ(g_seen.Word1, 0xDEADBEEFu);
-  EXPECT_EQ(g_seen.Word2, 5u);
-  EXPECT_EQ(std::u16string(result.Text), u"hooked");
+  EXPECT_EQ(g_seen.library, sample::GetLibrary());
+  EXPECT_EQ(g_seen.word1, 0xDEADBEEFu);
+  EXPECT_EQ(g_seen.word2, 5u);
+  EXPECT_EQ(std::u16string(result.text), u"hooked");
 }
 
 TEST(ResourceCatalogueTest, KeyIndexOverTheTables) {

@@ -27,9 +27,9 @@ class IcresDumpRoundTripTest : public ::testing::Test {
   static void SetUpTestSuite() {
     const ic::test::ProcessResult result =
         ic::test::RunProcess(ic::test::IcresPath, {"dump", "--json"});
-    g_status = result.Status;
-    g_err = result.Err;
-    g_dump = new JsonValue(ic::test::ParseJson(result.Out));
+    g_status = result.status;
+    g_err = result.err;
+    g_dump = new JsonValue(ic::test::ParseJson(result.out));
   }
   static void TearDownTestSuite() {
     delete g_dump;
@@ -50,47 +50,47 @@ JsonValue* IcresDumpRoundTripTest::g_dump = nullptr;
 TEST_F(IcresDumpRoundTripTest, DumpSucceeds) {
   EXPECT_EQ(g_status, 0);
   EXPECT_EQ(g_err, "");
-  ASSERT_EQ(g_dump->Type, JsonValue::Kind::Object);
-  ASSERT_EQ(g_dump->Object.size(), 1u);
-  EXPECT_EQ(g_dump->Object[0].first, "catalogues");
+  ASSERT_EQ(g_dump->type, JsonValue::Kind::Object);
+  ASSERT_EQ(g_dump->object.size(), 1u);
+  EXPECT_EQ(g_dump->object[0].first, "catalogues");
 }
 
 TEST_F(IcresDumpRoundTripTest, CataloguesInChainOrder) {
   const JsonValue& catalogues = Catalogues();
-  ASSERT_EQ(catalogues.Type, JsonValue::Kind::Array);
+  ASSERT_EQ(catalogues.type, JsonValue::Kind::Array);
   std::vector<std::string> names;
-  for (const JsonValue& catalogue : catalogues.Array) {
-    ASSERT_EQ(catalogue.Object.size(), 3u);
-    EXPECT_EQ(catalogue.Object[0].first, "name");
-    EXPECT_EQ(catalogue.Object[1].first, "count");
-    EXPECT_EQ(catalogue.Object[2].first, "rows");
-    names.push_back(catalogue["name"].String);
-    EXPECT_EQ(catalogue["count"].Type, JsonValue::Kind::Number);
-    EXPECT_EQ(catalogue["count"].Number, static_cast<double>(catalogue["rows"].Array.size()));
+  for (const JsonValue& catalogue : catalogues.array) {
+    ASSERT_EQ(catalogue.object.size(), 3u);
+    EXPECT_EQ(catalogue.object[0].first, "name");
+    EXPECT_EQ(catalogue.object[1].first, "count");
+    EXPECT_EQ(catalogue.object[2].first, "rows");
+    names.push_back(catalogue["name"].string);
+    EXPECT_EQ(catalogue["count"].type, JsonValue::Kind::Number);
+    EXPECT_EQ(catalogue["count"].number, static_cast<double>(catalogue["rows"].array.size()));
   }
   EXPECT_EQ(names, kChainOrder);
 }
 
 TEST_F(IcresDumpRoundTripTest, EverySourceRowArrivesUnchanged) {
   std::map<std::string, const JsonValue*> dumped;
-  for (const JsonValue& catalogue : Catalogues().Array)
-    dumped[catalogue["name"].String] = &catalogue;
+  for (const JsonValue& catalogue : Catalogues().array)
+    dumped[catalogue["name"].string] = &catalogue;
   size_t total = 0;
   for (const std::string& name : kChainOrder) {
     SCOPED_TRACE(name);
     const auto modules = ic::test::ReadCatalogueSource(std::string(ic::test::CatalogueSourceDir) +
                                                        "/" + name + ".xml");
     ASSERT_EQ(modules.size(), 1u);
-    EXPECT_EQ(modules[0].Name, name);
+    EXPECT_EQ(modules[0].name, name);
     ASSERT_EQ(dumped.count(name), 1u);
-    const std::vector<JsonValue>& rows = (*dumped[name])["rows"].Array;
-    const std::vector<ic::test::SourceString>& strings = modules[0].Strings;
+    const std::vector<JsonValue>& rows = (*dumped[name])["rows"].array;
+    const std::vector<ic::test::SourceString>& strings = modules[0].strings;
     ASSERT_EQ(rows.size(), strings.size());
     for (size_t i = 0; i < rows.size(); ++i) {
-      ASSERT_EQ(rows[i]["key"].Type, JsonValue::Kind::String);
-      ASSERT_EQ(rows[i]["text"].Type, JsonValue::Kind::String);
-      EXPECT_EQ(rows[i]["key"].String, strings[i].Key) << "row " << i;
-      EXPECT_EQ(rows[i]["text"].String, strings[i].Text) << "row " << i << " " << strings[i].Key;
+      ASSERT_EQ(rows[i]["key"].type, JsonValue::Kind::String);
+      ASSERT_EQ(rows[i]["text"].type, JsonValue::Kind::String);
+      EXPECT_EQ(rows[i]["key"].string, strings[i].key) << "row " << i;
+      EXPECT_EQ(rows[i]["text"].string, strings[i].text) << "row " << i << " " << strings[i].key;
     }
     total += rows.size();
   }
@@ -99,22 +99,22 @@ TEST_F(IcresDumpRoundTripTest, EverySourceRowArrivesUnchanged) {
 
 TEST_F(IcresDumpRoundTripTest, GivenRowsMatchTheListing) {
   std::map<std::string, const JsonValue*> dumped;
-  for (const JsonValue& catalogue : Catalogues().Array)
-    dumped[catalogue["name"].String] = &catalogue;
+  for (const JsonValue& catalogue : Catalogues().array)
+    dumped[catalogue["name"].string] = &catalogue;
   int given = 0;
   for (const ic::test::CatalogueRow& row :
        ic::test::ReadCatalogueRows(ic::test::CatalogueRowsPath)) {
-    ASSERT_EQ(dumped.count(row.Catalogue), 1u) << row.Catalogue;
-    const std::vector<JsonValue>& rows = (*dumped[row.Catalogue])["rows"].Array;
-    ASSERT_LT(static_cast<size_t>(row.Row), rows.size()) << row.Catalogue;
-    EXPECT_EQ(rows[static_cast<size_t>(row.Row)]["key"].String, row.Key);
-    if (row.Given) {
+    ASSERT_EQ(dumped.count(row.catalogue), 1u) << row.catalogue;
+    const std::vector<JsonValue>& rows = (*dumped[row.catalogue])["rows"].array;
+    ASSERT_LT(static_cast<size_t>(row.row), rows.size()) << row.catalogue;
+    EXPECT_EQ(rows[static_cast<size_t>(row.row)]["key"].string, row.key);
+    if (row.given) {
       ++given;
-      EXPECT_EQ(rows[static_cast<size_t>(row.Row)]["text"].String, row.Text)
-          << row.Catalogue << " " << row.Key;
+      EXPECT_EQ(rows[static_cast<size_t>(row.row)]["text"].string, row.text)
+          << row.catalogue << " " << row.key;
     } else {
       // Still being translated: whatever the source holds now, it arrives as a string.
-      EXPECT_EQ(rows[static_cast<size_t>(row.Row)]["text"].Type, JsonValue::Kind::String);
+      EXPECT_EQ(rows[static_cast<size_t>(row.row)]["text"].type, JsonValue::Kind::String);
     }
   }
   EXPECT_GT(given, 0);
@@ -123,12 +123,12 @@ TEST_F(IcresDumpRoundTripTest, GivenRowsMatchTheListing) {
 TEST_F(IcresDumpRoundTripTest, ControlCharactersAreEscaped) {
   const ic::test::ProcessResult result =
       ic::test::RunProcess(ic::test::IcresPath, {"dump", "--json"});
-  for (const char c : result.Out) {
+  for (const char c : result.out) {
     const auto byte = static_cast<unsigned char>(c);
     EXPECT_TRUE(byte >= 0x20 || c == '\n') << "raw control character " << int(byte);
     if (HasFailure()) break;
   }
-  EXPECT_NE(result.Out.find("\\r\\n"), std::string::npos);  // the Scintilla row
+  EXPECT_NE(result.out.find("\\r\\n"), std::string::npos);  // the Scintilla row
 }
 
 }  // namespace

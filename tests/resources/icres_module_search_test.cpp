@@ -15,9 +15,9 @@ using ic::icres::ModuleSearch;
 
 ModuleSearch Installed() {
   ModuleSearch search;
-  search.Executable = "/opt/ic/bin/icres";
-  search.Installed = "../lib/libicres_zh.so";
-  search.BuildTree = "/src/build/resources/libicres_zh.so";
+  search.executable = "/opt/ic/bin/icres";
+  search.installed = "../lib/libicres_zh.so";
+  search.buildTree = "/src/build/resources/libicres_zh.so";
   return search;
 }
 
@@ -30,51 +30,51 @@ const std::set<std::string> kInstalledModule = {"/opt/ic/lib/libicres_zh.so"};
 
 TEST(IcresModuleSearchTest, InstalledModuleBesideTheExecutable) {
   const ModuleLocation found = FindModule(Installed(), Holding(kInstalledModule));
-  EXPECT_EQ(found.Path, "/opt/ic/lib/libicres_zh.so");
-  EXPECT_EQ(found.Origin, "installed");
+  EXPECT_EQ(found.path, "/opt/ic/lib/libicres_zh.so");
+  EXPECT_EQ(found.origin, "installed");
 }
 
 TEST(IcresModuleSearchTest, BuildTreeWhenNothingIsInstalled) {
   const ModuleLocation found = FindModule(Installed(), Holding({}));
-  EXPECT_EQ(found.Path, "/src/build/resources/libicres_zh.so");
-  EXPECT_EQ(found.Origin, "build tree");
+  EXPECT_EQ(found.path, "/src/build/resources/libicres_zh.so");
+  EXPECT_EQ(found.origin, "build tree");
 }
 
 TEST(IcresModuleSearchTest, BuildTreeWhenTheExecutableIsUnknown) {
   ModuleSearch search = Installed();
-  search.Executable.clear();
-  EXPECT_EQ(FindModule(search, Holding(kInstalledModule)).Origin, "build tree");
+  search.executable.clear();
+  EXPECT_EQ(FindModule(search, Holding(kInstalledModule)).origin, "build tree");
 }
 
 TEST(IcresModuleSearchTest, OptionComesFirstEvenWhenItsFileIsMissing) {
   ModuleSearch search = Installed();
-  search.Option = "other.so";
-  search.Environment = "/env/module.so";
+  search.option = "other.so";
+  search.environment = "/env/module.so";
   const ModuleLocation found = FindModule(search, Holding(kInstalledModule));
-  EXPECT_EQ(found.Path, "other.so");
-  EXPECT_EQ(found.Origin, "--module");
+  EXPECT_EQ(found.path, "other.so");
+  EXPECT_EQ(found.origin, "--module");
 }
 
 TEST(IcresModuleSearchTest, EnvironmentComesBeforeTheInstalledModule) {
   ModuleSearch search = Installed();
-  search.Environment = "/env/module.so";
+  search.environment = "/env/module.so";
   const ModuleLocation found = FindModule(search, Holding(kInstalledModule));
-  EXPECT_EQ(found.Path, "/env/module.so");
-  EXPECT_EQ(found.Origin, "ICRES_MODULE");
+  EXPECT_EQ(found.path, "/env/module.so");
+  EXPECT_EQ(found.origin, "ICRES_MODULE");
 }
 
 TEST(IcresModuleSearchTest, EmptyEnvironmentVariableIsIgnored) {
   ModuleSearch search = Installed();
-  search.Environment = "";
-  EXPECT_EQ(FindModule(search, Holding(kInstalledModule)).Origin, "installed");
+  search.environment = "";
+  EXPECT_EQ(FindModule(search, Holding(kInstalledModule)).origin, "installed");
 }
 
 TEST(IcresModuleSearchTest, InstalledPathIsTakenFromTheExecutablesFolder) {
   ModuleSearch search = Installed();
-  search.Installed = "libicres_zh.so";  // a module in the same folder, as on Windows
+  search.installed = "libicres_zh.so";  // a module in the same folder, as on Windows
   const ModuleLocation found = FindModule(search, Holding({"/opt/ic/bin/libicres_zh.so"}));
-  EXPECT_EQ(found.Path, "/opt/ic/bin/libicres_zh.so");
-  EXPECT_EQ(found.Origin, "installed");
+  EXPECT_EQ(found.path, "/opt/ic/bin/libicres_zh.so");
+  EXPECT_EQ(found.origin, "installed");
 }
 
 }  // namespace

@@ -38,32 +38,32 @@ TEST(IcresSubstituteTest, EscapedAndStrayBracesAreNoParameters) {
 
 TEST(IcresSubstituteTest, SubstitutesEveryOccurrence) {
   const auto result = Substitute("{a}-{b}-{a}", {{"a", "1"}, {"b", "2"}});
-  EXPECT_EQ(result.Fault, SubstitutionFault::None);
-  EXPECT_EQ(result.Text, "1-2-1");
+  EXPECT_EQ(result.fault, SubstitutionFault::None);
+  EXPECT_EQ(result.text, "1-2-1");
 }
 
 TEST(IcresSubstituteTest, ResolvesEscapedBracesOnly) {
-  EXPECT_EQ(Substitute("\\{x\\} {x}", {{"x", "v"}}).Text, "{x} v");
-  EXPECT_EQ(Substitute("a \\ b \\n {", {}).Text, "a \\ b \\n {");  // other backslashes stay
-  EXPECT_EQ(Substitute("\"\\\", \"\\{\"", {}).Text, "\"\\\", \"{\"");
-  EXPECT_EQ(Substitute("end\\", {}).Text, "end\\");
+  EXPECT_EQ(Substitute("\\{x\\} {x}", {{"x", "v"}}).text, "{x} v");
+  EXPECT_EQ(Substitute("a \\ b \\n {", {}).text, "a \\ b \\n {");  // other backslashes stay
+  EXPECT_EQ(Substitute("\"\\\", \"\\{\"", {}).text, "\"\\\", \"{\"");
+  EXPECT_EQ(Substitute("end\\", {}).text, "end\\");
 }
 
 TEST(IcresSubstituteTest, ValuesAreNotScannedAgain) {
-  EXPECT_EQ(Substitute("{a}{b}", {{"a", "{b}"}, {"b", "\\{"}}).Text, "{b}\\{");
+  EXPECT_EQ(Substitute("{a}{b}", {{"a", "{b}"}, {"b", "\\{"}}).text, "{b}\\{");
 }
 
 TEST(IcresSubstituteTest, ReportsFaults) {
   const auto unknown = Substitute("{a}", {{"a", "1"}, {"z", "2"}});
-  EXPECT_EQ(unknown.Fault, SubstitutionFault::UnknownParameter);
-  EXPECT_EQ(unknown.Name, "z");
-  EXPECT_EQ(unknown.Text, "");
+  EXPECT_EQ(unknown.fault, SubstitutionFault::UnknownParameter);
+  EXPECT_EQ(unknown.name, "z");
+  EXPECT_EQ(unknown.text, "");
   const auto missing = Substitute("{a} {b}", {{"a", "1"}});
-  EXPECT_EQ(missing.Fault, SubstitutionFault::MissingValue);
-  EXPECT_EQ(missing.Name, "b");
+  EXPECT_EQ(missing.fault, SubstitutionFault::MissingValue);
+  EXPECT_EQ(missing.name, "b");
   const auto escaped = Substitute("\\{a\\}", {{"a", "1"}});
-  EXPECT_EQ(escaped.Fault, SubstitutionFault::UnknownParameter);
-  EXPECT_EQ(Substitute("{a}", {{"a", ""}}).Fault, SubstitutionFault::None);  // empty is a value
+  EXPECT_EQ(escaped.fault, SubstitutionFault::UnknownParameter);
+  EXPECT_EQ(Substitute("{a}", {{"a", ""}}).fault, SubstitutionFault::None);  // empty is a value
 }
 
 TEST(IcresUtfTest, RoundTrip) {

@@ -19,24 +19,24 @@ using namespace ic::resources;
 // Accessors over a per-test table that count their calls. The tests of this file run one at a
 // time, so one set of globals serves them all.
 struct Table {
-  std::vector<const char16_t*> Keys;
-  int KeyCalls = 0;
-  int TextCalls = 0;
-  int ThrowAtCall = -1;  // GetKey throws std::bad_alloc on this call number, once
+  std::vector<const char16_t*> keys;
+  int keyCalls = 0;
+  int textCalls = 0;
+  int throwAtCall = -1;  // GetKey throws std::bad_alloc on this call number, once
 };
 Table g_table;
 
 const char16_t* CountingKey(const ResourceStringLibrary*, int32_t index) {
-  const int call = g_table.KeyCalls++;
-  if (call == g_table.ThrowAtCall) {
-    g_table.ThrowAtCall = -1;
+  const int call = g_table.keyCalls++;
+  if (call == g_table.throwAtCall) {
+    g_table.throwAtCall = -1;
     throw std::bad_alloc();
   }
-  return g_table.Keys.at(static_cast<size_t>(index));
+  return g_table.keys.at(static_cast<size_t>(index));
 }
 
 const char16_t* CountingText(const ResourceStringLibrary*, int32_t) {
-  ++g_table.TextCalls;
+  ++g_table.textCalls;
   return u"text";
 }
 
@@ -45,9 +45,9 @@ class ResourceLibraryTest : public ::testing::Test {
   void SetUp() override { g_table = Table(); }
 
   static ResourceStringLibrary Make(std::vector<const char16_t*> keys) {
-    g_table.Keys = std::move(keys);
+    g_table.keys = std::move(keys);
     return ResourceStringLibrary(u"sample", &CountingText, &CountingKey,
-                                 static_cast<int32_t>(g_table.Keys.size()), nullptr, nullptr, 0);
+                                 static_cast<int32_t>(g_table.keys.size()), nullptr, nullptr, 0);
   }
 };
 
@@ -74,7 +74,7 @@ TEST_F(ResourceLibraryTest, ConstructorSetsTheFields) {
   }
   // Registered as the last step: it is the head now.
   EXPECT_EQ(GetResourceStringManager().FirstLibrary, &library);
-  EXPECT_EQ(g_table.KeyCalls + g_table.TextCalls, 0);  // construction reads no row
+  EXPECT_EQ(g_table.keyCalls + g_table.textCalls, 0);  // construction reads no row
 }
 
 TEST_F(ResourceLibraryTest, FieldsLieInTheirOrder) {
@@ -115,8 +115,8 @@ TEST_F(ResourceLibraryTest, KeyIndexMapsEveryKeyToItsRow) {
   EXPECT_EQ(library.KeyIndex.at(u"b"), 0);
   EXPECT_EQ(library.KeyIndex.at(u"c"), 2);
   // The map holds the table's pointers; it copies no text.
-  EXPECT_EQ(library.KeyIndex.find(u"c")->first, g_table.Keys[2]);
-  EXPECT_EQ(g_table.TextCalls, 0);
+  EXPECT_EQ(library.KeyIndex.find(u"c")->first, g_table.keys[2]);
+  EXPECT_EQ(g_table.textCalls, 0);
 }
 
 TEST_F(ResourceLibraryTest, KeyIndexComparesTextNotPointers) {
@@ -130,15 +130,15 @@ TEST_F(ResourceLibraryTest, KeyIndexIsBuiltOnce) {
   ResourceStringLibrary library = Make({u"x", u"y", u"z", u"w"});
   BuildKeyIndex(&library);
   BuildKeyIndex(&library);
-  EXPECT_EQ(g_table.KeyCalls, 4);
+  EXPECT_EQ(g_table.keyCalls, 4);
   EXPECT_EQ(library.KeyIndex.size(), 4u);
 }
 
 TEST_F(ResourceLibraryTest, EmptyLibraryGetsItsFlagWithoutCalls) {
   ResourceStringLibrary library = Make({});
   BuildKeyIndex(&library);
-  EXPECT_EQ(g_table.KeyCalls, 0);
-  EXPECT_EQ(g_table.TextCalls, 0);
+  EXPECT_EQ(g_table.keyCalls, 0);
+  EXPECT_EQ(g_table.textCalls, 0);
   EXPECT_EQ(library.KeyIndexBuilt.load(), 1);
   EXPECT_TRUE(library.KeyIndex.empty());
 }
@@ -146,7 +146,7 @@ TEST_F(ResourceLibraryTest, EmptyLibraryGetsItsFlagWithoutCalls) {
 TEST_F(ResourceLibraryTest, NullKeysAreSkipped) {
   ResourceStringLibrary library = Make({u"first", nullptr, nullptr, u"last"});
   BuildKeyIndex(&library);
-  EXPECT_EQ(g_table.KeyCalls, 4);  // a null key does not end the walk
+  EXPECT_EQ(g_table.keyCalls, 4);  // a null key does not end the walk
   ASSERT_EQ(library.KeyIndex.size(), 2u);
   EXPECT_EQ(library.KeyIndex.at(u"first"), 0);
   EXPECT_EQ(library.KeyIndex.at(u"last"), 3);
@@ -171,7 +171,7 @@ TEST_F(ResourceLibraryTest, KeysOrderByUnsignedUnitsPrefixFirst) {
 
 TEST_F(ResourceLibraryTest, FailedBuildLeavesTheFlagClearAndTheMutexFree) {
   ResourceStringLibrary library = Make({u"a", u"b", u"c"});
-  g_table.ThrowAtCall = 2;
+  g_table.throwAtCall = 2;
   EXPECT_THROW(BuildKeyIndex(&library), std::bad_alloc);
   EXPECT_EQ(library.KeyIndexBuilt.load(), 0);
   EXPECT_EQ(library.KeyIndex.size(), 2u);  // the rows entered so far
@@ -185,7 +185,7 @@ TEST_F(ResourceLibraryTest, FailedBuildLeavesTheFlagClearAndTheMutexFree) {
   EXPECT_TRUE(locked);
   // The next build walks all rows again.
   BuildKeyIndex(&library);
-  EXPECT_EQ(g_table.KeyCalls, 3 + 3);
+  EXPECT_EQ(g_table.keyCalls, 3 + 3);
   EXPECT_EQ(library.KeyIndexBuilt.load(), 1);
   EXPECT_EQ(library.KeyIndex.size(), 3u);
   EXPECT_EQ(library.KeyIndex.at(u"c"), 2);
@@ -203,7 +203,7 @@ TEST_F(ResourceLibraryTest, IdIndicesWithoutAccessorsAreEmpty) {
   EXPECT_TRUE(library.AlternateKeyIndex.empty());
   EXPECT_TRUE(library.NumericIndex.empty());
   EXPECT_EQ(library.KeyIndexBuilt.load(), 0);  // the key index has a flag of its own
-  EXPECT_EQ(g_table.KeyCalls, 0);
+  EXPECT_EQ(g_table.keyCalls, 0);
 }
 
 // Numeric entries: five, then null; the id 7 appears twice.

@@ -40,8 +40,8 @@ const char16_t* RowOfNothing(const ResourceStringLibrary*, int32_t) {
 // A record for chain tests; it links itself in on construction and out on destruction.
 struct Record {
   explicit Record(const char16_t* name)
-      : Library(name, &RowOfNothing, &RowOfNothing, 0, nullptr, nullptr, 0) {}
-  ResourceStringLibrary Library;
+      : library(name, &RowOfNothing, &RowOfNothing, 0, nullptr, nullptr, 0) {}
+  ResourceStringLibrary library;
 };
 
 TEST(ResourceStringManagerTest, StartsEmpty) {
@@ -87,8 +87,8 @@ TEST(ResourceStringManagerTest, FieldsLieInTheirOrder) {
 TEST(ResourceStringManagerTest, DefaultHooks) {
   MessageResult result{u"stale", 77};
   EXPECT_EQ(DefaultGetMessage(&result, nullptr, 1, 2), &result);
-  EXPECT_EQ(result.Text, ic::EmptyText<char16_t>());
-  EXPECT_EQ(result.Word, 0u);
+  EXPECT_EQ(result.text, ic::EmptyText<char16_t>());
+  EXPECT_EQ(result.word, 0u);
 
   ic::ICStringUniqueW text(u"abc");
   const int32_t capacity = text.GetCapacity();
@@ -288,43 +288,43 @@ TEST(ResourceStringManagerTest, LockIsHeldWhileLanguageIsSet) {
 TEST(ResourceStringManagerTest, FindLibraryIsCaseSensitive) {
   Record core(u"core");
   Record other(u"msg");
-  EXPECT_EQ(FindLibrary(u"core"), &core.Library);
+  EXPECT_EQ(FindLibrary(u"core"), &core.library);
   EXPECT_EQ(FindLibrary(u"Core"), nullptr);
   EXPECT_EQ(FindLibrary(u"CORE"), nullptr);
   EXPECT_EQ(FindLibrary(u"cor"), nullptr);
   EXPECT_EQ(FindLibrary(u"cores"), nullptr);
-  EXPECT_EQ(FindLibrary(u"msg"), &other.Library);
-  EXPECT_EQ(FindLibraryFrom(&other.Library, u"core"), &core.Library);
+  EXPECT_EQ(FindLibrary(u"msg"), &other.library);
+  EXPECT_EQ(FindLibraryFrom(&other.library, u"core"), &core.library);
   // Walking from a record further down does not see those before it.
-  EXPECT_EQ(FindLibraryFrom(&core.Library, u"msg"), nullptr);
+  EXPECT_EQ(FindLibraryFrom(&core.library, u"msg"), nullptr);
 }
 
 TEST(ResourceStringManagerTest, FindLibraryOfNothing) {
   Record record(u"core");
   EXPECT_EQ(FindLibraryFrom(nullptr, u"core"), nullptr);
   EXPECT_EQ(FindLibrary(nullptr), nullptr);
-  EXPECT_EQ(FindLibraryFrom(&record.Library, nullptr), nullptr);
+  EXPECT_EQ(FindLibraryFrom(&record.library, nullptr), nullptr);
 }
 
 TEST(ResourceStringManagerTest, FindLibraryReturnsTheFirstOfEqualNames) {
   Record older(u"twin");
   Record newer(u"twin");
-  EXPECT_EQ(FindLibrary(u"twin"), &newer.Library);
-  EXPECT_EQ(FindLibraryFrom(&older.Library, u"twin"), &older.Library);
+  EXPECT_EQ(FindLibrary(u"twin"), &newer.library);
+  EXPECT_EQ(FindLibraryFrom(&older.library, u"twin"), &older.library);
 }
 
 TEST(ResourceStringManagerTest, RegisterPutsTheRecordAtTheHead) {
   ResourceStringManager& manager = GetResourceStringManager();
   ResourceStringLibrary* const before = manager.FirstLibrary;
   Record first(u"first");
-  EXPECT_EQ(manager.FirstLibrary, &first.Library);
-  EXPECT_EQ(first.Library.Next, before);
+  EXPECT_EQ(manager.FirstLibrary, &first.library);
+  EXPECT_EQ(first.library.Next, before);
   Record second(u"second");
-  EXPECT_EQ(manager.FirstLibrary, &second.Library);
-  EXPECT_EQ(second.Library.Next, &first.Library);
+  EXPECT_EQ(manager.FirstLibrary, &second.library);
+  EXPECT_EQ(second.library.Next, &first.library);
 
   RegisterLibrary(nullptr);  // ignored
-  EXPECT_EQ(manager.FirstLibrary, &second.Library);
+  EXPECT_EQ(manager.FirstLibrary, &second.library);
 }
 
 TEST(ResourceStringManagerTest, UnregisterSplicesTheRecordOut) {
@@ -333,14 +333,14 @@ TEST(ResourceStringManagerTest, UnregisterSplicesTheRecordOut) {
   Record a(u"a");
   Record b(u"b");
   Record c(u"c");  // chain: c b a ...
-  UnregisterLibrary(&b.Library);
-  EXPECT_EQ(manager.FirstLibrary, &c.Library);
-  EXPECT_EQ(c.Library.Next, &a.Library);
-  EXPECT_EQ(b.Library.Next, &a.Library);  // the removed record keeps its old link
-  UnregisterLibrary(&c.Library);          // the head
-  EXPECT_EQ(manager.FirstLibrary, &a.Library);
-  EXPECT_EQ(c.Library.Next, &a.Library);
-  UnregisterLibrary(&a.Library);
+  UnregisterLibrary(&b.library);
+  EXPECT_EQ(manager.FirstLibrary, &c.library);
+  EXPECT_EQ(c.library.Next, &a.library);
+  EXPECT_EQ(b.library.Next, &a.library);  // the removed record keeps its old link
+  UnregisterLibrary(&c.library);          // the head
+  EXPECT_EQ(manager.FirstLibrary, &a.library);
+  EXPECT_EQ(c.library.Next, &a.library);
+  UnregisterLibrary(&a.library);
   EXPECT_EQ(manager.FirstLibrary, before);
 }
 
@@ -349,12 +349,12 @@ TEST(ResourceStringManagerTest, UnregisterOfAStrangerLeavesTheChain) {
   Record a(u"a");
   Record b(u"b");
   Record stranger(u"stranger");
-  UnregisterLibrary(&stranger.Library);  // now out of the chain
+  UnregisterLibrary(&stranger.library);  // now out of the chain
   ResourceStringLibrary* const head = manager.FirstLibrary;
-  ASSERT_EQ(head, &b.Library);
-  UnregisterLibrary(&stranger.Library);  // not in the chain: nothing changes
+  ASSERT_EQ(head, &b.library);
+  UnregisterLibrary(&stranger.library);  // not in the chain: nothing changes
   EXPECT_EQ(manager.FirstLibrary, head);
-  EXPECT_EQ(b.Library.Next, &a.Library);
+  EXPECT_EQ(b.library.Next, &a.library);
   UnregisterLibrary(nullptr);
   EXPECT_EQ(manager.FirstLibrary, head);
 }
@@ -362,11 +362,11 @@ TEST(ResourceStringManagerTest, UnregisterOfAStrangerLeavesTheChain) {
 TEST(ResourceStringManagerTest, UnregisterOnAnEmptyChain) {
   ExpectInFreshProcess([] {
     Record only(u"only");
-    UnregisterLibrary(&only.Library);
+    UnregisterLibrary(&only.library);
     EXPECT_EQ(GetResourceStringManager().FirstLibrary, nullptr);
-    UnregisterLibrary(&only.Library);  // the chain is empty now
+    UnregisterLibrary(&only.library);  // the chain is empty now
     EXPECT_EQ(GetResourceStringManager().FirstLibrary, nullptr);
-    EXPECT_EQ(only.Library.Next, nullptr);
+    EXPECT_EQ(only.library.Next, nullptr);
   });
 }
 

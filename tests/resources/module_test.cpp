@@ -28,8 +28,8 @@ using ic::test::UseModuleOnce;
 using ic::test::Utf8;
 
 struct Expected {
-  const char16_t* Name;
-  int32_t Count;
+  const char16_t* name;
+  int32_t count;
 };
 
 // Chain order: the last record built at start-up comes first.
@@ -48,13 +48,13 @@ class LanguageModuleTest : public ::testing::Test {
 };
 
 TEST_F(LanguageModuleTest, ChainRunsFromGuiToOs) {
-  ResourceStringLibrary* record = _module.GetFirst();
+  ResourceStringLibrary* record = _module.getFirst();
   ASSERT_NE(record, nullptr);
   EXPECT_EQ(std::u16string(record->Name), u"gui");
   for (const Expected& expected : kChain) {
-    ASSERT_NE(record, nullptr) << Utf8(expected.Name);
-    EXPECT_EQ(std::u16string(record->Name), expected.Name);
-    EXPECT_EQ(record->Count, expected.Count) << Utf8(expected.Name);
+    ASSERT_NE(record, nullptr) << Utf8(expected.name);
+    EXPECT_EQ(std::u16string(record->Name), expected.name);
+    EXPECT_EQ(record->Count, expected.count) << Utf8(expected.name);
     record = record->Next;
   }
   EXPECT_EQ(record, nullptr);  // the thirteenth hop, after os
@@ -102,7 +102,7 @@ TEST_F(LanguageModuleTest, NoKeyOccursTwiceInACatalogue) {
           << Utf8(record->Name) << ": " << Utf8(record->GetKey(record, row));
     }
     // So the key index has one entry per row.
-    _module.BuildKeyIndex(record);
+    _module.buildKeyIndex(record);
     EXPECT_EQ(record->KeyIndex.size(), static_cast<size_t>(record->Count)) << Utf8(record->Name);
   }
 }
@@ -110,7 +110,7 @@ TEST_F(LanguageModuleTest, NoKeyOccursTwiceInACatalogue) {
 TEST_F(LanguageModuleTest, RoadOfAMessage) {
   ResourceStringLibrary* xml = _module.Find(u"xml");
   ASSERT_NE(xml, nullptr);
-  _module.BuildKeyIndex(xml);
+  _module.buildKeyIndex(xml);
   ASSERT_EQ(xml->KeyIndexBuilt.load(), 1);
   const int32_t row = ic::resources::FindRowInKeyIndex(xml, u"wfc_GIMatch");
   ASSERT_GE(row, 0);
@@ -119,14 +119,14 @@ TEST_F(LanguageModuleTest, RoadOfAMessage) {
             "\xE7\xBB\x93\xE6\x9D\x9F\xE6\xA0\x87\xE8\xAE\xB0\xE5\x90\x8D\xE7\xA7\xB0{etag}\xE4\xB8"
             "\x8E\xE5\xBC\x80\xE5\xA7\x8B\xE6\xA0\x87\xE8\xAE\xB0\xE5\x90\x8D\xE7\xA7\xB0{stag}"
             "\xE4\xB8\x8D\xE5\x8C\xB9\xE9\x85\x8D\xE3\x80\x82");  // 结束标记名称{etag}与开始...
-  EXPECT_EQ(_module.FindRow(xml, u"wfc_GIMatch"), row);
+  EXPECT_EQ(_module.findRow(xml, u"wfc_GIMatch"), row);
 }
 
 TEST_F(LanguageModuleTest, FindsRowsByKey) {
   struct Probe {
-    const char16_t* Catalogue;
-    const char16_t* Key;
-    int32_t Row;
+    const char16_t* catalogue;
+    const char16_t* key;
+    int32_t row;
   };
   const Probe probes[] = {{u"gui", u"GuiColorAqua", 0},
                           {u"gui", u"GuiColorWhite", 15},
@@ -137,15 +137,15 @@ TEST_F(LanguageModuleTest, FindsRowsByKey) {
                           {u"dispatch", u"job_canceled", 0},
                           {u"res", u"CannotLoadResourceDll", 22}};
   for (const Probe& probe : probes) {
-    ResourceStringLibrary* record = _module.Find(probe.Catalogue);
-    ASSERT_NE(record, nullptr) << Utf8(probe.Catalogue);
-    EXPECT_EQ(_module.FindRow(record, probe.Key), probe.Row) << Utf8(probe.Key);
+    ResourceStringLibrary* record = _module.Find(probe.catalogue);
+    ASSERT_NE(record, nullptr) << Utf8(probe.catalogue);
+    EXPECT_EQ(_module.findRow(record, probe.key), probe.row) << Utf8(probe.key);
   }
   ResourceStringLibrary* gui = _module.Find(u"gui");
-  EXPECT_EQ(_module.FindRow(gui, u"GuiColorOrange"), -1);
-  EXPECT_EQ(_module.FindRow(gui, u"guicoloraqua"), -1);
-  EXPECT_EQ(_module.FindRow(gui, nullptr), -1);
-  EXPECT_EQ(_module.FindRow(nullptr, u"GuiColorAqua"), -1);
+  EXPECT_EQ(_module.findRow(gui, u"GuiColorOrange"), -1);
+  EXPECT_EQ(_module.findRow(gui, u"guicoloraqua"), -1);
+  EXPECT_EQ(_module.findRow(gui, nullptr), -1);
+  EXPECT_EQ(_module.findRow(nullptr, u"GuiColorAqua"), -1);
   EXPECT_EQ(_module.Find(u"Gui"), nullptr);
 }
 
@@ -157,8 +157,8 @@ TEST_F(LanguageModuleTest, SameTextInSeparateRows) {
   ResourceStringLibrary* msg = _module.Find(u"msg");
   ResourceStringLibrary* core = _module.Find(u"core");
   for (const auto& [inMsg, inCore] : pairs) {
-    const int32_t msgRow = _module.FindRow(msg, inMsg);
-    const int32_t coreRow = _module.FindRow(core, inCore);
+    const int32_t msgRow = _module.findRow(msg, inMsg);
+    const int32_t coreRow = _module.findRow(core, inCore);
     ASSERT_GE(msgRow, 0);
     ASSERT_GE(coreRow, 0);
     const char16_t* msgText = msg->GetText(msg, msgRow);
@@ -169,23 +169,23 @@ TEST_F(LanguageModuleTest, SameTextInSeparateRows) {
 
 TEST_F(LanguageModuleTest, LanguageThroughTheModulesManager) {
   EXPECT_EQ(_module.Language(false), u"en");  // a fresh load: never set
-  _module.SetLanguage(u"ZH");
+  _module.setLanguage(u"ZH");
   EXPECT_EQ(_module.Language(false), u"ZH");
   EXPECT_EQ(_module.Language(true), u"zh");
-  _module.SetLanguage(nullptr);
-  _module.SetLanguage(u"");
+  _module.setLanguage(nullptr);
+  _module.setLanguage(u"");
   EXPECT_EQ(_module.Language(false), u"ZH");
-  _module.SetLanguage(u"ko");
+  _module.setLanguage(u"ko");
   EXPECT_EQ(_module.Language(false), u"ko");
 }
 
 TEST_F(LanguageModuleTest, GetLanguageMeasuresOrWrites) {
-  _module.SetLanguage(u"FR");
-  EXPECT_EQ(_module.GetLanguage(false, nullptr, 0), 3);
+  _module.setLanguage(u"FR");
+  EXPECT_EQ(_module.getLanguage(false, nullptr, 0), 3);
   char16_t buffer[3] = {u'x', u'x', u'x'};
-  EXPECT_EQ(_module.GetLanguage(false, buffer, 2), 3);  // too short: nothing written
+  EXPECT_EQ(_module.getLanguage(false, buffer, 2), 3);  // too short: nothing written
   EXPECT_EQ(buffer[0], u'x');
-  EXPECT_EQ(_module.GetLanguage(true, buffer, 3), 0);
+  EXPECT_EQ(_module.getLanguage(true, buffer, 3), 0);
   EXPECT_EQ(std::u16string(buffer), u"fr");
 }
 
@@ -235,7 +235,7 @@ TEST(LanguageModuleLifetimeTest, IndicesAreFreedWithTheModule) {
     LoadedModule module(ModulePath);
     ASSERT_TRUE(module.IsLoaded());
     for (ResourceStringLibrary* record : module.Chain())
-      module.BuildKeyIndex(record);
+      module.buildKeyIndex(record);
     // The host makes no further call: the module frees the indices at exit.
   }
   EXPECT_FALSE(IsModuleMapped(ModulePath));

@@ -65,15 +65,15 @@ TEST(LanguageModuleThreadsTest, EightThreadsForABoundedTime) {
     const uint32_t absentId = 9000 + static_cast<uint32_t>(t);
     start.arrive_and_wait();
     for (int round = 0; std::chrono::steady_clock::now() < deadline; ++round) {
-      module.SetLanguage(kCodes[static_cast<size_t>((t + round) % kCodes.size())].c_str());
+      module.setLanguage(kCodes[static_cast<size_t>((t + round) % kCodes.size())].c_str());
       char16_t buffer[16] = {};
-      if (module.GetLanguage(false, buffer, 16) != 0 || !codes.count(buffer)) faults++;
-      if (module.GetLanguage(true, buffer, 16) != 0 || !lowerCodes.count(buffer)) faults++;
+      if (module.getLanguage(false, buffer, 16) != 0 || !codes.count(buffer)) faults++;
+      if (module.getLanguage(true, buffer, 16) != 0 || !lowerCodes.count(buffer)) faults++;
 
       ResourceStringLibrary* record = chain[static_cast<size_t>(t + round) % chain.size()];
-      module.BuildKeyIndex(record);
+      module.buildKeyIndex(record);
       const int32_t row = (t * 31 + round) % record->Count;
-      if (module.FindRow(record, record->GetKey(record, row)) != row) faults++;
+      if (module.findRow(record, record->GetKey(record, row)) != row) faults++;
 
       const std::u16string own = u"Thread " + Number(t) + u" round " + Number(round);
       ic::resources::SetStringOverride(own.c_str(), ownId);

@@ -25,7 +25,7 @@ constexpr int kLibraries = 3;
 struct KeyTable {
   KeyTable() {
     for (int32_t row = 0; row < kRows; ++row)
-      Keys.push_back(std::u16string(u"k").append(Number(row)));
+      keys.push_back(std::u16string(u"k").append(Number(row)));
   }
   static std::u16string Number(int value) {
     std::u16string digits;
@@ -35,7 +35,7 @@ struct KeyTable {
     } while (value);
     return digits;
   }
-  std::vector<std::u16string> Keys;
+  std::vector<std::u16string> keys;
 };
 const KeyTable kKeys;
 std::atomic<int> g_keyCalls[kLibraries];
@@ -43,7 +43,7 @@ std::atomic<int> g_keyCalls[kLibraries];
 template <int Library>
 const char16_t* CountingKey(const ResourceStringLibrary*, int32_t row) {
   g_keyCalls[Library].fetch_add(1);
-  return kKeys.Keys[static_cast<size_t>(row)].c_str();
+  return kKeys.keys[static_cast<size_t>(row)].c_str();
 }
 
 const char16_t* NoText(const ResourceStringLibrary*, int32_t) {
@@ -94,7 +94,7 @@ TEST(ResourceThreadsTest, ManagerStaysConsistentUnderEightThreads) {
       ResourceStringLibrary& library = libraries[(t + round) % kLibraries];
       BuildKeyIndex(&library);
       const int32_t row = (t * 37 + round) % kRows;
-      if (FindRowInKeyIndex(&library, kKeys.Keys[static_cast<size_t>(row)].c_str()) != row) {
+      if (FindRowInKeyIndex(&library, kKeys.keys[static_cast<size_t>(row)].c_str()) != row) {
         fault();
       }
 

@@ -47,14 +47,14 @@ TEST(PieceRun, GathersUpToTheArraySizeAndKeepsTheRestLinked) {
     list.Link();
     const PieceRun<char> run(list.First());
     const int gathered = std::min(n, PieceRun<char>::kGathered);
-    ASSERT_EQ(run.Size, gathered) << n;
-    EXPECT_EQ(run.Sum, sum) << n;
+    ASSERT_EQ(run.size, gathered) << n;
+    EXPECT_EQ(run.sum, sum) << n;
     for (int i = 0; i < gathered; ++i)
-      EXPECT_EQ(run.Items[i], &list.pieces[static_cast<size_t>(i)]);
+      EXPECT_EQ(run.items[i], &list.pieces[static_cast<size_t>(i)]);
     if (n > PieceRun<char>::kGathered)
-      EXPECT_EQ(run.Rest, &list.pieces[PieceRun<char>::kGathered]);
+      EXPECT_EQ(run.rest, &list.pieces[PieceRun<char>::kGathered]);
     else
-      EXPECT_EQ(run.Rest, nullptr);
+      EXPECT_EQ(run.rest, nullptr);
   }
 }
 
@@ -134,7 +134,7 @@ void CompareWriters(uint32_t seed) {
     }
     list.Link();
     const PieceRun<Unit> run(list.First());
-    const size_t room = static_cast<size_t>(run.Sum) + 1;
+    const size_t room = static_cast<size_t>(run.sum) + 1;
     std::vector<Unit> ours(room + 16, Unit(0x7e)), expected(room + 16, Unit(0x7e));
     Unit* oursEnd = internal::WritePieceRun(ours.data() + 8, run);
     Unit* expectedEnd = WriteChain(expected.data() + 8, list.First());

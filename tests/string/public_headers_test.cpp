@@ -60,8 +60,8 @@ static_assert(!HostCanOpenGap<ic::ICStringUnique>);
 namespace {
 
 struct Finding {
-  int Line;
-  std::string Name;
+  int line;
+  std::string name;
 };
 
 // Blanks out comments, string and character literals and preprocessor lines (newlines stay, so
@@ -170,8 +170,8 @@ Scope OpenedScope(std::string_view head) {
 std::vector<Finding> PublicUnderscoreMembers(std::string_view source) {
   const std::string code = StripNonCode(source);
   struct Level {
-    bool IsClass;
-    bool Public;
+    bool isClass;
+    bool isPublic;
   };
   std::vector<Level> stack;
   std::vector<Finding> found;
@@ -198,7 +198,7 @@ std::vector<Finding> PublicUnderscoreMembers(std::string_view source) {
       headStart = i + 1;
       continue;
     }
-    const bool inClass = !stack.empty() && stack.back().IsClass;
+    const bool inClass = !stack.empty() && stack.back().isClass;
     if (!inClass || !IsIdentChar(c) || (i > 0 && IsIdentChar(code[i - 1]))) continue;
     size_t j = i;
     while (j < code.size() && IsIdentChar(code[j]))
@@ -210,9 +210,9 @@ std::vector<Finding> PublicUnderscoreMembers(std::string_view source) {
     const bool label =
         k < code.size() && code[k] == ':' && (k + 1 >= code.size() || code[k + 1] != ':');
     if (label && (word == "public" || word == "protected" || word == "private")) {
-      stack.back().Public = word == "public";
+      stack.back().isPublic = word == "public";
       headStart = k + 1;
-    } else if (stack.back().Public && word.size() > 1 && word[0] == '_' && word[1] >= 'A' &&
+    } else if (stack.back().isPublic && word.size() > 1 && word[0] == '_' && word[1] >= 'A' &&
                word[1] <= 'Z') {
       found.push_back({line, std::string(word)});
     }
@@ -224,7 +224,7 @@ std::vector<Finding> PublicUnderscoreMembers(std::string_view source) {
 std::vector<std::string> Names(const std::vector<Finding>& findings) {
   std::vector<std::string> names;
   for (const Finding& f : findings)
-    names.push_back(f.Name);
+    names.push_back(f.name);
   return names;
 }
 
@@ -266,7 +266,7 @@ TEST(PublicHeaderScan, ReportsLines) {
   const std::vector<Finding> f =
       PublicUnderscoreMembers("struct A {\n  int a;\n\n  void _Z();\n};");
   ASSERT_EQ(f.size(), 1u);
-  EXPECT_EQ(f[0].Line, 4);
+  EXPECT_EQ(f[0].line, 4);
 }
 
 // Every installed header: the .h files of the subsystem folders, outside internal/ folders.
@@ -287,7 +287,7 @@ TEST(PublicHeaders, DeclareNoPublicUnderscoreMember) {
       text << in.rdbuf();
       ++headers;
       for (const Finding& f : PublicUnderscoreMembers(text.str()))
-        ADD_FAILURE() << relative << ":" << f.Line << ": public member " << f.Name;
+        ADD_FAILURE() << relative << ":" << f.line << ": public member " << f.name;
     }
   }
   EXPECT_GT(headers, 50);

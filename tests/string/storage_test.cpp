@@ -293,7 +293,7 @@ TEST(EmptyData, BothBlocksAreZeroAndChecked) {
   EXPECT_EQ(narrow.LengthWord, 0);
   EXPECT_EQ(narrow.CapacityWord, 0);
   EXPECT_EQ(narrow.ShareWord, 0);
-  EXPECT_EQ(narrow.Text[0], 0);
+  EXPECT_EQ(narrow.text[0], 0);
   ICStringUnique a;
   ICStringSharedW b;
   ICStringView c;
@@ -316,9 +316,9 @@ TEST(EmptyData, CheckFailsOnADirtyBlock) {
   }
   narrow.ShareWord = 0;
   auto& wide = ICStringNullData<char16_t>::TNullData;
-  wide.Text[0] = u'x';
+  wide.text[0] = u'x';
   EXPECT_THROW(CheckNullData<char16_t>(), std::logic_error);
-  wide.Text[0] = 0;
+  wide.text[0] = 0;
   EXPECT_NO_THROW(CheckNullData<char16_t>());
 }
 

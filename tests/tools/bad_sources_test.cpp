@@ -112,14 +112,14 @@ class BadSourcesTest : public ::testing::Test {
         {"--module", "m", "--out-cpp", (dir_ / "out.cpp").string(), "--out-h",
          (dir_ / "out.h").string(), "--out-keys", (dir_ / "keys.h").string(), source.string()},
         kTimeLimitSeconds);
-    EXPECT_FALSE(run.TimedOut) << source;
-    EXPECT_EQ(run.Status, 1) << source << "\n" << run.Err;
-    EXPECT_TRUE(run.Out.empty()) << run.Out;
-    std::istringstream lines(run.Err);
+    EXPECT_FALSE(run.timedOut) << source;
+    EXPECT_EQ(run.status, 1) << source << "\n" << run.err;
+    EXPECT_TRUE(run.out.empty()) << run.out;
+    std::istringstream lines(run.err);
     for (std::string line; std::getline(lines, line);)
       EXPECT_TRUE(IsDiagnostic(line)) << "not a diagnostic: " << line;
     EXPECT_TRUE(fs::is_empty(dir_)) << "the compiler left files in " << dir_;
-    return run.Err;
+    return run.err;
   }
 
   fs::path dir_;

@@ -44,27 +44,27 @@ TEST(IcresCheckTest, ShippedSourcesAgainstThemselvesHaveNoFinding) {
                            "os", "pkg", "regex", "res", "xml", "xsdt"}) {
     const std::string path = std::string(ic::test::CatalogueSourceDir) + "/" + name + ".xml";
     const ProcessResult result = Check({path, "--ref", path});
-    EXPECT_EQ(result.Status, 0) << name << ": " << result.Err;
-    EXPECT_EQ(result.Out, "") << name;
-    EXPECT_EQ(result.Err, "") << name;
+    EXPECT_EQ(result.status, 0) << name << ": " << result.err;
+    EXPECT_EQ(result.out, "") << name;
+    EXPECT_EQ(result.err, "") << name;
   }
 }
 
 TEST(IcresCheckTest, GoodTranslationHasNoFinding) {
   const ProcessResult result = CheckData("translation.xml");
-  EXPECT_EQ(result.Status, 0) << result.Err;
-  EXPECT_EQ(result.Out, "");
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(result.out, "");
   const ProcessResult reference = CheckData("reference.xml");
-  EXPECT_EQ(reference.Status, 0);
-  EXPECT_EQ(reference.Out, "");
+  EXPECT_EQ(reference.status, 0);
+  EXPECT_EQ(reference.out, "");
 }
 
 struct BrokenCopy {
-  const char* File;
-  const char* Reference;  // the reference it is checked against
-  int Line;
-  const char* Severity;
-  const char* Message;
+  const char* file;
+  const char* reference;  // the reference it is checked against
+  int line;
+  const char* severity;
+  const char* message;
 };
 
 // Each broken copy of translation.xml has exactly one finding.
@@ -100,16 +100,16 @@ TEST(IcresCheckTest, EachBrokenCopyHasItsOneFinding) {
        "'colour': invisible character U+200B at position 1"},
   };
   for (const BrokenCopy& copy : copies) {
-    SCOPED_TRACE(copy.File);
-    const ProcessResult result = CheckData(copy.File, copy.Reference);
-    EXPECT_EQ(result.Status, std::string(copy.Severity) == "error" ? 1 : 0) << result.Err;
-    EXPECT_EQ(result.Err, "");
-    const std::vector<std::string> lines = Lines(result.Out);
-    ASSERT_EQ(lines.size(), 1u) << result.Out;
+    SCOPED_TRACE(copy.file);
+    const ProcessResult result = CheckData(copy.file, copy.reference);
+    EXPECT_EQ(result.status, std::string(copy.severity) == "error" ? 1 : 0) << result.err;
+    EXPECT_EQ(result.err, "");
+    const std::vector<std::string> lines = Lines(result.out);
+    ASSERT_EQ(lines.size(), 1u) << result.out;
     const std::string prefix =
-        kData + "/" + copy.File + "(" + std::to_string(copy.Line) + "): " + copy.Severity + ": ";
+        kData + "/" + copy.file + "(" + std::to_string(copy.line) + "): " + copy.severity + ": ";
     EXPECT_EQ(lines[0].rfind(prefix, 0), 0u) << lines[0];
-    EXPECT_NE(lines[0].find(copy.Message), std::string::npos) << lines[0];
+    EXPECT_NE(lines[0].find(copy.message), std::string::npos) << lines[0];
   }
 }
 
@@ -117,9 +117,9 @@ TEST(IcresCheckTest, EveryFindingInOneRunInLineOrder) {
   // Against another broken copy: {tag} once instead of twice (line 7), and the key extra_row
   // of that copy is missing (reported at the module, line 3).
   const ProcessResult result = CheckData("parameter_count.xml", "extra_key.xml");
-  EXPECT_EQ(result.Status, 1);
-  const std::vector<std::string> lines = Lines(result.Out);
-  ASSERT_EQ(lines.size(), 2u) << result.Out;
+  EXPECT_EQ(result.status, 1);
+  const std::vector<std::string> lines = Lines(result.out);
+  ASSERT_EQ(lines.size(), 2u) << result.out;
   EXPECT_NE(lines[0].find("parameter_count.xml(3): error: the key 'extra_row' of the reference ("),
             std::string::npos)
       << lines[0];
@@ -131,9 +131,9 @@ TEST(IcresCheckTest, EveryFindingInOneRunInLineOrder) {
   // file, first) and the module demo is not in the reference; its keys are not listed one by one.
   const ProcessResult other = Check({kData + "/translation.xml", "--ref",
                                      std::string(ic::test::CatalogueSourceDir) + "/msg.xml"});
-  EXPECT_EQ(other.Status, 1);
-  const std::vector<std::string> otherLines = Lines(other.Out);
-  ASSERT_EQ(otherLines.size(), 2u) << other.Out;
+  EXPECT_EQ(other.status, 1);
+  const std::vector<std::string> otherLines = Lines(other.out);
+  ASSERT_EQ(otherLines.size(), 2u) << other.out;
   EXPECT_EQ(otherLines[0].rfind(
                 kData + "/translation.xml: error: the module 'msg' of the reference (", 0),
             0u)
@@ -145,44 +145,44 @@ TEST(IcresCheckTest, EveryFindingInOneRunInLineOrder) {
 TEST(IcresCheckTest, JsonHasTheSameFindings) {
   const ProcessResult result =
       Check({kData + "/mixed_punctuation.xml", "--json", "--ref", kData + "/reference.xml"});
-  EXPECT_EQ(result.Status, 0) << result.Err;
-  const ic::test::JsonValue json = ic::test::ParseJson(result.Out);
-  EXPECT_EQ(json["errors"].Number, 0);
-  EXPECT_EQ(json["warnings"].Number, 1);
-  ASSERT_EQ(json["findings"].Array.size(), 1u);
-  const ic::test::JsonValue& finding = json["findings"].Array[0];
-  EXPECT_EQ(finding["file"].String, kData + "/mixed_punctuation.xml");
-  EXPECT_EQ(finding["line"].Number, 12);
-  EXPECT_EQ(finding["severity"].String, "warning");
-  EXPECT_EQ(finding["module"].String, "demo");
-  EXPECT_EQ(finding["key"].String, "status");
-  EXPECT_NE(finding["message"].String.find("'，' at position 2, '.' at position 7"),
+  EXPECT_EQ(result.status, 0) << result.err;
+  const ic::test::JsonValue json = ic::test::ParseJson(result.out);
+  EXPECT_EQ(json["errors"].number, 0);
+  EXPECT_EQ(json["warnings"].number, 1);
+  ASSERT_EQ(json["findings"].array.size(), 1u);
+  const ic::test::JsonValue& finding = json["findings"].array[0];
+  EXPECT_EQ(finding["file"].string, kData + "/mixed_punctuation.xml");
+  EXPECT_EQ(finding["line"].number, 12);
+  EXPECT_EQ(finding["severity"].string, "warning");
+  EXPECT_EQ(finding["module"].string, "demo");
+  EXPECT_EQ(finding["key"].string, "status");
+  EXPECT_NE(finding["message"].string.find("'，' at position 2, '.' at position 7"),
             std::string::npos);
 
   const ProcessResult brace = CheckData("unbalanced_brace.xml");
   const ProcessResult braceJson =
       Check({kData + "/unbalanced_brace.xml", "--ref", kData + "/reference.xml", "--json"});
-  EXPECT_EQ(braceJson.Status, 1);
-  const ic::test::JsonValue braceDoc = ic::test::ParseJson(braceJson.Out);
-  EXPECT_EQ(braceDoc["errors"].Number, 1);
-  ASSERT_EQ(braceDoc["findings"].Array.size(), 1u);
-  EXPECT_EQ(braceDoc["findings"].Array[0]["key"].Type, ic::test::JsonValue::Kind::Null);
-  EXPECT_NE(brace.Out.find(braceDoc["findings"].Array[0]["message"].String), std::string::npos);
+  EXPECT_EQ(braceJson.status, 1);
+  const ic::test::JsonValue braceDoc = ic::test::ParseJson(braceJson.out);
+  EXPECT_EQ(braceDoc["errors"].number, 1);
+  ASSERT_EQ(braceDoc["findings"].array.size(), 1u);
+  EXPECT_EQ(braceDoc["findings"].array[0]["key"].type, ic::test::JsonValue::Kind::Null);
+  EXPECT_NE(brace.out.find(braceDoc["findings"].array[0]["message"].string), std::string::npos);
 
   const ProcessResult clean =
       Check({kData + "/translation.xml", "--ref=" + kData + "/reference.xml", "--json"});
-  EXPECT_EQ(clean.Status, 0);
-  EXPECT_EQ(clean.Out, "{\"errors\": 0, \"warnings\": 0, \"findings\": []}\n");
+  EXPECT_EQ(clean.status, 0);
+  EXPECT_EQ(clean.out, "{\"errors\": 0, \"warnings\": 0, \"findings\": []}\n");
 }
 
 // A fault: status 2, nothing on standard output, one line naming the file on standard error.
 void ExpectBadInput(const std::vector<std::string>& arguments, const std::string& mention) {
   const ProcessResult result = Check(arguments);
-  EXPECT_EQ(result.Status, 2);
-  EXPECT_EQ(result.Out, "");
-  EXPECT_EQ(result.Err.rfind("icres: ", 0), 0u) << result.Err;
-  EXPECT_EQ(result.Err.find('\n'), result.Err.size() - 1) << result.Err;
-  EXPECT_NE(result.Err.find(mention), std::string::npos) << result.Err;
+  EXPECT_EQ(result.status, 2);
+  EXPECT_EQ(result.out, "");
+  EXPECT_EQ(result.err.rfind("icres: ", 0), 0u) << result.err;
+  EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
+  EXPECT_NE(result.err.find(mention), std::string::npos) << result.err;
 }
 
 TEST(IcresCheckTest, BadInput) {
@@ -202,17 +202,17 @@ TEST(IcresCheckTest, BadInput) {
 TEST(IcresCheckTest, RefGoesWithCheckOnly) {
   const ProcessResult result =
       ic::test::RunProcess(IC_TEST_ICRES_PATH, {"list", "--ref", kData + "/reference.xml"});
-  EXPECT_EQ(result.Status, 2);
-  EXPECT_NE(result.Err.find("--ref goes with check only"), std::string::npos) << result.Err;
+  EXPECT_EQ(result.status, 2);
+  EXPECT_NE(result.err.find("--ref goes with check only"), std::string::npos) << result.err;
 }
 
 // The check of a built module against a reference module: a module per catalogue record, a
 // row per key, with the findings of the source form that apply to compiled texts.
 struct ModuleFinding {
-  const char* Catalogue;  // the part of the file name in brackets
-  int Row;                // 0: about the whole catalogue
-  const char* Copy;       // the broken source copy with the same fault
-  const char* Message;    // what the finding says, in both forms
+  const char* catalogue;  // the part of the file name in brackets
+  int row;                // 0: about the whole catalogue
+  const char* copy;       // the broken source copy with the same fault
+  const char* message;    // what the finding says, in both forms
 };
 
 std::string FindingMessage(const std::string& line) {
@@ -223,20 +223,20 @@ std::string FindingMessage(const std::string& line) {
 TEST(IcresCheckModulesTest, ModulesAgainstThemselvesHaveNoFinding) {
   for (const char* module : {IC_TEST_MODULE_PATH, IC_CHECK_REFERENCE_MODULE}) {
     const ProcessResult result = Check({module, "--ref", module});
-    EXPECT_EQ(result.Status, 0) << module << ": " << result.Err;
-    EXPECT_EQ(result.Out, "") << module;
-    EXPECT_EQ(result.Err, "") << module;
+    EXPECT_EQ(result.status, 0) << module << ": " << result.err;
+    EXPECT_EQ(result.out, "") << module;
+    EXPECT_EQ(result.err, "") << module;
   }
   const ProcessResult translation =
       Check({IC_CHECK_TRANSLATION_MODULE, "--ref", IC_CHECK_REFERENCE_MODULE});
-  EXPECT_EQ(translation.Status, 0) << translation.Err;
-  EXPECT_EQ(translation.Out, "");
+  EXPECT_EQ(translation.status, 0) << translation.err;
+  EXPECT_EQ(translation.out, "");
 }
 
 TEST(IcresCheckModulesTest, BrokenModuleHasTheFindingsOfTheBrokenSources) {
   const ProcessResult result = Check({IC_CHECK_BROKEN_MODULE, "--ref", IC_CHECK_REFERENCE_MODULE});
-  EXPECT_EQ(result.Status, 1) << result.Err;
-  EXPECT_EQ(result.Err, "");
+  EXPECT_EQ(result.status, 1) << result.err;
+  EXPECT_EQ(result.err, "");
   const ModuleFinding expected[] = {
       {"demo", 0, "missing_key.xml", "the key 'colour' of the reference ("},
       {"demo", 1, "parameter_missing.xml",
@@ -248,17 +248,17 @@ TEST(IcresCheckModulesTest, BrokenModuleHasTheFindingsOfTheBrokenSources) {
        "'status': leading blanks differ from the reference: U+0020 here, none there"},
       {"demo", 9, "extra_key.xml", "the key 'extra_row' is not in the reference"},
   };
-  const std::vector<std::string> lines = Lines(result.Out);
-  ASSERT_EQ(lines.size(), std::size(expected)) << result.Out;
+  const std::vector<std::string> lines = Lines(result.out);
+  ASSERT_EQ(lines.size(), std::size(expected)) << result.out;
   for (size_t i = 0; i < lines.size(); ++i) {
-    SCOPED_TRACE(expected[i].Copy);
-    std::string where = std::string(IC_CHECK_BROKEN_MODULE) + "[" + expected[i].Catalogue + "]";
-    if (expected[i].Row) where.append("(").append(std::to_string(expected[i].Row)).append(")");
+    SCOPED_TRACE(expected[i].copy);
+    std::string where = std::string(IC_CHECK_BROKEN_MODULE) + "[" + expected[i].catalogue + "]";
+    if (expected[i].row) where.append("(").append(std::to_string(expected[i].row)).append(")");
     EXPECT_EQ(lines[i].rfind(where + ": error: ", 0), 0u) << lines[i];
     const std::string message = FindingMessage(lines[i]);
-    EXPECT_EQ(message.rfind(expected[i].Message, 0), 0u) << lines[i];
+    EXPECT_EQ(message.rfind(expected[i].message, 0), 0u) << lines[i];
     // The source form says the same of the broken copy, up to where it names a site.
-    const std::vector<std::string> source = Lines(CheckData(expected[i].Copy).Out);
+    const std::vector<std::string> source = Lines(CheckData(expected[i].copy).out);
     ASSERT_EQ(source.size(), 1u);
     const std::string sourceMessage = FindingMessage(source[0]);
     EXPECT_EQ(message.substr(0, message.find(" (")),
@@ -273,25 +273,25 @@ TEST(IcresCheckModulesTest, BrokenModuleHasTheFindingsOfTheBrokenSources) {
 TEST(IcresCheckModulesTest, JsonOfModules) {
   const ProcessResult result =
       Check({IC_CHECK_BROKEN_MODULE, "--ref", IC_CHECK_REFERENCE_MODULE, "--json"});
-  EXPECT_EQ(result.Status, 1);
-  const ic::test::JsonValue json = ic::test::ParseJson(result.Out);
-  EXPECT_EQ(json["errors"].Number, 6);
-  EXPECT_EQ(json["warnings"].Number, 0);
-  ASSERT_EQ(json["findings"].Array.size(), 6u);
-  const ic::test::JsonValue& hint = json["findings"].Array[3];
-  EXPECT_EQ(hint["file"].String, std::string(IC_CHECK_BROKEN_MODULE) + "[demo]");
-  EXPECT_EQ(hint["line"].Number, 5);
-  EXPECT_EQ(hint["module"].String, "demo");
-  EXPECT_EQ(hint["key"].String, "sample_hint");
+  EXPECT_EQ(result.status, 1);
+  const ic::test::JsonValue json = ic::test::ParseJson(result.out);
+  EXPECT_EQ(json["errors"].number, 6);
+  EXPECT_EQ(json["warnings"].number, 0);
+  ASSERT_EQ(json["findings"].array.size(), 6u);
+  const ic::test::JsonValue& hint = json["findings"].array[3];
+  EXPECT_EQ(hint["file"].string, std::string(IC_CHECK_BROKEN_MODULE) + "[demo]");
+  EXPECT_EQ(hint["line"].number, 5);
+  EXPECT_EQ(hint["module"].string, "demo");
+  EXPECT_EQ(hint["key"].string, "sample_hint");
 }
 
 TEST(IcresCheckModulesTest, CataloguesMissingOnEitherSide) {
   // The shipped module against the demo reference: its thirteen catalogues are not in the
   // reference, and the reference's demo is missing.
   const ProcessResult result = Check({IC_TEST_MODULE_PATH, "--ref", IC_CHECK_REFERENCE_MODULE});
-  EXPECT_EQ(result.Status, 1);
-  const std::vector<std::string> lines = Lines(result.Out);
-  ASSERT_EQ(lines.size(), 14u) << result.Out;
+  EXPECT_EQ(result.status, 1);
+  const std::vector<std::string> lines = Lines(result.out);
+  ASSERT_EQ(lines.size(), 14u) << result.out;
   EXPECT_EQ(
       lines[0].rfind(
           std::string(IC_TEST_MODULE_PATH) + ": error: the module 'demo' of the reference (", 0),

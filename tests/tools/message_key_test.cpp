@@ -76,7 +76,7 @@ std::vector<std::string> ReferenceParameters(const std::string& text) {
 class MessageKeyTest : public ::testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(_module.IsLoaded()) << _module.Error(); }
-  ResourceStringLibrary* First() const { return _module.GetFirst(); }
+  ResourceStringLibrary* First() const { return _module.getFirst(); }
   ic::test::LoadedModule _module{ic::test::ModulePath};
 };
 
@@ -156,12 +156,12 @@ TEST_F(MessageKeyTest, EveryHeaderMatchesTheModuleRowByRow) {
     ASSERT_EQ(header->second.size(), static_cast<size_t>(record->Count)) << name;
     for (int32_t row = 0; row < record->Count; ++row) {
       const MessageKeyInfo& info = header->second[static_cast<size_t>(row)];
-      SCOPED_TRACE(name + "/" + std::string(info.Key));
-      EXPECT_EQ(info.Catalogue, name);
-      EXPECT_EQ(info.Key, Utf8(record->GetKey(record, row)));
+      SCOPED_TRACE(name + "/" + std::string(info.key));
+      EXPECT_EQ(info.catalogue, name);
+      EXPECT_EQ(info.key, Utf8(record->GetKey(record, row)));
       const std::vector<std::string> expected =
           ReferenceParameters(Utf8(record->GetText(record, row)));
-      EXPECT_EQ(std::vector<std::string>(info.Parameters.begin(), info.Parameters.end()), expected);
+      EXPECT_EQ(std::vector<std::string>(info.parameters.begin(), info.parameters.end()), expected);
       ++rows;
     }
   }

@@ -34,8 +34,8 @@ TEST(KeyHeaderTest, GeneratedHeaderSubstitutes) {
   EXPECT_EQ(ic::resources::Substitute(ic::msg::keys::escaped, u"\\{not_a_parameter\\} but {real}",
                                       "real"_param = u"R"),
             u"{not_a_parameter} but R");
-  EXPECT_EQ(ic::msg_index::keys[1].Key, "delete");
-  EXPECT_EQ(ic::msg_index::keys[1].Catalogue, "keys");
+  EXPECT_EQ(ic::msg_index::keys[1].key, "delete");
+  EXPECT_EQ(ic::msg_index::keys[1].catalogue, "keys");
 }
 
 TEST(KeyHeaderTest, ParameterUsesAndNames) {

@@ -354,11 +354,11 @@ void SortFindings(std::vector<Finding>& findings, const Catalogue& source,
   std::vector<std::string> files = source.files;
   files.insert(files.end(), reference.files.begin(), reference.files.end());
   auto rank = [&files](const Finding& finding) {
-    return std::find(files.begin(), files.end(), finding.File) - files.begin();
+    return std::find(files.begin(), files.end(), finding.file) - files.begin();
   };
   std::stable_sort(findings.begin(), findings.end(), [&rank](const Finding& a, const Finding& b) {
     const auto ra = rank(a), rb = rank(b);
-    return ra != rb ? ra < rb : a.Line < b.Line;
+    return ra != rb ? ra < rb : a.line < b.line;
   });
 }
 
@@ -409,33 +409,33 @@ CheckResult CheckModules(const std::string& modulePath, const std::string& refer
   CheckResult result;
   // Each module is unloaded as soon as its texts are copied.
   auto read = [&result](const std::string& path) -> std::optional<Catalogue> {
-    const std::unique_ptr<LanguageModule> module = LanguageModule::Load(path, result.Fault);
+    const std::unique_ptr<LanguageModule> module = LanguageModule::Load(path, result.fault);
     if (!module) return std::nullopt;
     return ReadModuleCatalogue(path, *module);
   };
   const std::optional<Catalogue> sourceRead = read(modulePath);
   const std::optional<Catalogue> referenceRead = sourceRead ? read(referencePath) : std::nullopt;
   if (!referenceRead) {
-    result.Readable = false;
+    result.readable = false;
     return result;
   }
   const Catalogue& source = *sourceRead;
   const Catalogue& reference = *referenceRead;
-  AddBraceFaults(source, result.Findings);
-  AddBraceFaults(reference, result.Findings);
-  Checker(source, reference, result.Findings).Run();
-  SortFindings(result.Findings, source, reference);
+  AddBraceFaults(source, result.findings);
+  AddBraceFaults(reference, result.findings);
+  Checker(source, reference, result.findings).Run();
+  SortFindings(result.findings, source, reference);
   return result;
 }
 
 int CheckResult::Errors() const {
-  return static_cast<int>(std::count_if(Findings.begin(), Findings.end(), [](const Finding& f) {
-    return f.Severity == Severity::kError;
+  return static_cast<int>(std::count_if(findings.begin(), findings.end(), [](const Finding& f) {
+    return f.severity == Severity::kError;
   }));
 }
 
 int CheckResult::Warnings() const {
-  return static_cast<int>(Findings.size()) - Errors();
+  return static_cast<int>(findings.size()) - Errors();
 }
 
 CheckResult CheckCatalogue(const std::string& sourcePath, const std::string& referencePath) {
@@ -449,18 +449,18 @@ CheckResult CheckCatalogue(const std::string& sourcePath, const std::string& ref
   const Catalogue source = rescomp::ReadCatalogue(sourcePath, sourceDiagnostics, options);
   const Catalogue reference = rescomp::ReadCatalogue(referencePath, referenceDiagnostics, options);
   if (!source.complete || !reference.complete) {
-    result.Readable = false;
-    result.Fault = !source.complete ? Unreadable(sourcePath, sourceDiagnostics)
+    result.readable = false;
+    result.fault = !source.complete ? Unreadable(sourcePath, sourceDiagnostics)
                                     : Unreadable(referencePath, referenceDiagnostics);
     return result;
   }
   for (const rescomp::Diagnostics* diagnostics : {&sourceDiagnostics, &referenceDiagnostics}) {
     for (const rescomp::Diagnostic& d : diagnostics->All()) {
-      result.Findings.push_back({d.severity, d.file, d.line, "", "", d.message});
+      result.findings.push_back({d.severity, d.file, d.line, "", "", d.message});
     }
   }
-  Checker(source, reference, result.Findings).Run();
-  SortFindings(result.Findings, source, reference);
+  Checker(source, reference, result.findings).Run();
+  SortFindings(result.findings, source, reference);
   return result;
 }
 
@@ -468,7 +468,7 @@ std::string FindingsText(const std::vector<Finding>& findings) {
   std::string out;
   for (const Finding& finding : findings) {
     out +=
-        rescomp::FormatDiagnostic({finding.Severity, finding.File, finding.Line, finding.Message}) +
+        rescomp::FormatDiagnostic({finding.severity, finding.file, finding.line, finding.message}) +
         "\n";
   }
   return out;
@@ -481,15 +481,15 @@ std::string FindingsJson(const CheckResult& result) {
   std::string out = "{\"errors\": " + std::to_string(result.Errors()) +
                     ", \"warnings\": " + std::to_string(result.Warnings()) + ", \"findings\": [";
   const char* separator = "\n  ";
-  for (const Finding& f : result.Findings) {
+  for (const Finding& f : result.findings) {
     out += separator;
     separator = ",\n  ";
-    out += "{\"file\": " + JsonString(f.File) + ", \"line\": " + std::to_string(f.Line) +
-           ", \"severity\": \"" + (f.Severity == Severity::kError ? "error" : "warning") +
-           "\", \"module\": " + orNull(f.Module) + ", \"key\": " + orNull(f.Key) +
-           ", \"message\": " + JsonString(f.Message) + "}";
+    out += "{\"file\": " + JsonString(f.file) + ", \"line\": " + std::to_string(f.line) +
+           ", \"severity\": \"" + (f.severity == Severity::kError ? "error" : "warning") +
+           "\", \"module\": " + orNull(f.module) + ", \"key\": " + orNull(f.key) +
+           ", \"message\": " + JsonString(f.message) + "}";
   }
-  out += result.Findings.empty() ? "]}\n" : "\n]}\n";
+  out += result.findings.empty() ? "]}\n" : "\n]}\n";
   return out;
 }
 

@@ -20,20 +20,20 @@
 namespace ic::icres {
 
 struct Finding {
-  rescomp::Severity Severity = rescomp::Severity::kError;
-  std::string File;    ///< the file as named on the command line (or reached by an Include)
-  long Line = 0;       ///< 1-based; 0 for a finding about the whole file
-  std::string Module;  ///< empty when the finding is about no module
-  std::string Key;     ///< empty when the finding is about no row
-  std::string Message;
+  rescomp::Severity severity = rescomp::Severity::kError;
+  std::string file;    ///< the file as named on the command line (or reached by an Include)
+  long line = 0;       ///< 1-based; 0 for a finding about the whole file
+  std::string module;  ///< empty when the finding is about no module
+  std::string key;     ///< empty when the finding is about no row
+  std::string message;
 };
 
 struct CheckResult {
-  /// False when a file cannot be opened or is not well-formed XML; `Fault` then names the
-  /// file and the reason, and `Findings` is empty.
-  bool Readable = true;
-  std::string Fault;
-  std::vector<Finding> Findings;  ///< by file, then by line; the source's first
+  /// False when a file cannot be opened or is not well-formed XML; `fault` then names the
+  /// file and the reason, and `findings` is empty.
+  bool readable = true;
+  std::string fault;
+  std::vector<Finding> findings;  ///< by file, then by line; the source's first
 
   int Errors() const;
   int Warnings() const;
@@ -45,8 +45,8 @@ CheckResult CheckCatalogue(const std::string& sourcePath, const std::string& ref
 /// Checks the catalogues of the language module at `modulePath` against those of the module at
 /// `referencePath`, with the findings of CheckCatalogue that apply to compiled texts: those
 /// about the XML of a source do not, and the braces of every text of both modules are checked
-/// here (in a source the reader checks them). A row's File is "MODULE[CATALOGUE]" and its Line
-/// the 1-based row number; a finding about a whole catalogue has Line 0. Not Readable when a
+/// here (in a source the reader checks them). A row's file is "MODULE[CATALOGUE]" and its line
+/// the 1-based row number; a finding about a whole catalogue has line 0. Not readable when a
 /// module does not load or is no language module.
 CheckResult CheckModules(const std::string& modulePath, const std::string& referencePath);
 

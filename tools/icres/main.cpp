@@ -208,15 +208,15 @@ int Get(const LanguageModule& module, const std::vector<std::string>& words) {
   if (row < 0) return Fault("catalogue " + Quoted(name) + " has no key " + Quoted(key));
   const std::string message = name + "/" + key;
   const auto result = ic::icres::Substitute(ic::icres::ToUtf8(TextOf(catalogue, row)), values);
-  switch (result.Fault) {
+  switch (result.fault) {
     case ic::icres::SubstitutionFault::UnknownParameter:
-      return Fault(message + " has no parameter {" + result.Name + "}");
+      return Fault(message + " has no parameter {" + result.name + "}");
     case ic::icres::SubstitutionFault::MissingValue:
-      return Fault("parameter {" + result.Name + "} of " + message + " has no value");
+      return Fault("parameter {" + result.name + "} of " + message + " has no value");
     case ic::icres::SubstitutionFault::None:
       break;
   }
-  Print(result.Text + "\n");
+  Print(result.text + "\n");
   return 0;
 }
 
@@ -276,8 +276,8 @@ int Check(const std::string& source, const std::string& reference, bool json) {
       ic::icres::IsCatalogueSource(source) || ic::icres::IsCatalogueSource(reference);
   const ic::icres::CheckResult result = sources ? ic::icres::CheckCatalogue(source, reference)
                                                 : ic::icres::CheckModules(source, reference);
-  if (!result.Readable) return Fault(result.Fault);
-  Print(json ? ic::icres::FindingsJson(result) : ic::icres::FindingsText(result.Findings));
+  if (!result.readable) return Fault(result.fault);
+  Print(json ? ic::icres::FindingsJson(result) : ic::icres::FindingsText(result.findings));
   return result.Errors() > 0 ? kExitFindings : 0;
 }
 
@@ -319,10 +319,10 @@ int Run(int argc, char** argv) {
   const ic::icres::ModuleLocation location =
       ic::icres::FindModule(options.module, ICRES_INSTALLED_MODULE, ICRES_DEFAULT_MODULE);
   if (options.words[0] == "module") {
-    Print(location.Path + "\t" + location.Origin + "\n");
+    Print(location.path + "\t" + location.origin + "\n");
     return 0;
   }
-  const std::unique_ptr<LanguageModule> module = LanguageModule::Load(location.Path, error);
+  const std::unique_ptr<LanguageModule> module = LanguageModule::Load(location.path, error);
   if (!module) return Fault(error);
   if (options.language && !module->SetLanguage(ic::icres::FromUtf8(*options.language), error)) {
     return Fault(error);

@@ -14,22 +14,22 @@ inline constexpr const char* ModuleEnvironmentVariable = "ICRES_MODULE";
 
 /// What the search looks at, gathered by the caller.
 struct ModuleSearch {
-  std::optional<std::string> Option;       ///< the value of --module, if given
-  std::optional<std::string> Environment;  ///< the value of ICRES_MODULE, if set
-  std::string Executable;                  ///< icres's own path; empty if unknown
-  std::string Installed;                   ///< the module relative to icres's folder once installed
-  std::string BuildTree;                   ///< the module in the build tree
+  std::optional<std::string> option;       ///< the value of --module, if given
+  std::optional<std::string> environment;  ///< the value of ICRES_MODULE, if set
+  std::string executable;                  ///< icres's own path; empty if unknown
+  std::string installed;                   ///< the module relative to icres's folder once installed
+  std::string buildTree;                   ///< the module in the build tree
 };
 
 /// Where the module was found, and which rule found it (for messages).
 struct ModuleLocation {
-  std::string Path;
-  std::string Origin;  ///< "--module", "ICRES_MODULE", "installed" or "build tree"
+  std::string path;
+  std::string origin;  ///< "--module", "ICRES_MODULE", "installed" or "build tree"
 };
 
 /// Picks the module: --module as given; else ICRES_MODULE when it is set and not empty; else
 /// the installed module beside the executable when `exists` says that file is there (a
-/// relative `Installed` is taken from the executable's folder); else the build-tree path. The
+/// relative `installed` is taken from the executable's folder); else the build-tree path. The
 /// first two are taken without looking at the file, so that loading it names the fault.
 ModuleLocation FindModule(const ModuleSearch& search,
                           const std::function<bool(const std::string&)>& exists);

@@ -42,21 +42,21 @@ SubstitutionResult Substitute(std::string_view text,
   const std::vector<std::string> names = ListParameters(text);
   for (const auto& [name, value] : values) {
     if (std::find(names.begin(), names.end(), name) == names.end()) {
-      result.Fault = SubstitutionFault::UnknownParameter;
-      result.Name = name;
+      result.fault = SubstitutionFault::UnknownParameter;
+      result.name = name;
       return result;
     }
   }
   for (const std::string& name : names) {
     if (!values.count(name)) {
-      result.Fault = SubstitutionFault::MissingValue;
-      result.Name = name;
+      result.fault = SubstitutionFault::MissingValue;
+      result.name = name;
       return result;
     }
   }
   Scan(
-      text, [&result](std::string_view piece) { result.Text += piece; },
-      [&result, &values](std::string_view name) { result.Text += values.at(std::string(name)); });
+      text, [&result](std::string_view piece) { result.text += piece; },
+      [&result, &values](std::string_view name) { result.text += values.at(std::string(name)); });
   return result;
 }
 

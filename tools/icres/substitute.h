@@ -23,9 +23,9 @@ enum class SubstitutionFault {
 };
 
 struct SubstitutionResult {
-  SubstitutionFault Fault = SubstitutionFault::None;
-  std::string Name;  ///< the parameter concerned, if Fault is not None
-  std::string Text;  ///< the substituted text, if Fault is None
+  SubstitutionFault fault = SubstitutionFault::None;
+  std::string name;  ///< the parameter concerned, if fault is not None
+  std::string text;  ///< the substituted text, if fault is None
 };
 
 /// Replaces every parameter of `text` by its value and the escaped braces by braces. Every

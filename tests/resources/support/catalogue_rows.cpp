@@ -49,11 +49,11 @@ std::vector<CatalogueRow> ReadCatalogueRows(const std::string& path) {
     }
     fields.push_back(line.substr(start));
     CatalogueRow row;
-    row.Catalogue = fields[0];
-    row.Row = std::stoi(fields[1]);
-    row.Key = fields[2];
-    row.Given = fields[3] == "1";
-    row.Text = UnescapeRowText(fields[4]);
+    row.catalogue = fields[0];
+    row.row = std::stoi(fields[1]);
+    row.key = fields[2];
+    row.given = fields[3] == "1";
+    row.text = UnescapeRowText(fields[4]);
     rows.push_back(std::move(row));
   }
   return rows;

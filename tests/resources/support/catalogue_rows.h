@@ -9,11 +9,11 @@
 namespace ic::test {
 
 struct CatalogueRow {
-  std::string Catalogue;
-  int Row = 0;
-  std::string Key;
-  bool Given = false;
-  std::string Text;  ///< UTF-8, escapes resolved
+  std::string catalogue;
+  int row = 0;
+  std::string key;
+  bool given = false;
+  std::string text;  ///< UTF-8, escapes resolved
 };
 
 /// Reads the listing; lines starting with '#' are comments. Throws std::runtime_error for a

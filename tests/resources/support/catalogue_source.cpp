@@ -34,7 +34,7 @@ class Reader {
       const std::string tag = StartTag(attributes, empty);
       if (tag != "module") Fail("unexpected element <" + tag + ">");
       SourceModule module;
-      module.Name = Required(attributes, "name");
+      module.name = Required(attributes, "name");
       if (!empty) ReadModuleBody(module);
       modules.push_back(std::move(module));
     }
@@ -54,10 +54,10 @@ class Reader {
       const std::string tag = StartTag(attributes, empty);
       if (tag != "string") Fail("unexpected element <" + tag + "> in a module");
       SourceString string;
-      string.Key = Required(attributes, "name");
-      if (!empty) string.Text = ResolveEscapes(ReadTextUntil("</string"));
+      string.key = Required(attributes, "name");
+      if (!empty) string.text = ResolveEscapes(ReadTextUntil("</string"));
       if (!empty) SkipPast(">");
-      module.Strings.push_back(std::move(string));
+      module.strings.push_back(std::move(string));
     }
   }
 

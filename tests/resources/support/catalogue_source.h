@@ -13,13 +13,13 @@
 namespace ic::test {
 
 struct SourceString {
-  std::string Key;
-  std::string Text;  ///< UTF-8, escapes resolved
+  std::string key;
+  std::string text;  ///< UTF-8, escapes resolved
 };
 
 struct SourceModule {
-  std::string Name;
-  std::vector<SourceString> Strings;  ///< in source order
+  std::string name;
+  std::vector<SourceString> strings;  ///< in source order
 };
 
 /// Reads the modules of a catalogue source. Throws std::runtime_error for a file that cannot

@@ -9,7 +9,7 @@
 namespace ic::test {
 
 const JsonValue& JsonValue::operator[](const std::string& name) const {
-  for (const auto& [key, value] : Object) {
+  for (const auto& [key, value] : object) {
     if (key == name) return value;
   }
   throw std::runtime_error("no member " + name);
@@ -35,7 +35,7 @@ class Parser {
     JsonValue value;
     const char c = _text[_at];
     if (c == '{') {
-      value.Type = JsonValue::Kind::Object;
+      value.type = JsonValue::Kind::Object;
       ++_at;
       SkipSpace();
       if (Take('}')) return value;
@@ -45,33 +45,33 @@ class Parser {
         std::string name = String();
         SkipSpace();
         if (!Take(':')) Fail("expected :");
-        value.Object.emplace_back(std::move(name), Value());
+        value.object.emplace_back(std::move(name), Value());
         SkipSpace();
       } while (Take(','));
       if (!Take('}')) Fail("expected , or }");
     } else if (c == '[') {
-      value.Type = JsonValue::Kind::Array;
+      value.type = JsonValue::Kind::Array;
       ++_at;
       SkipSpace();
       if (Take(']')) return value;
       do {
-        value.Array.push_back(Value());
+        value.array.push_back(Value());
         SkipSpace();
       } while (Take(','));
       if (!Take(']')) Fail("expected , or ]");
     } else if (c == '"') {
-      value.Type = JsonValue::Kind::String;
-      value.String = String();
+      value.type = JsonValue::Kind::String;
+      value.string = String();
     } else if (Literal("null")) {
-      value.Type = JsonValue::Kind::Null;
+      value.type = JsonValue::Kind::Null;
     } else if (Literal("true")) {
-      value.Type = JsonValue::Kind::Boolean;
-      value.Boolean = true;
+      value.type = JsonValue::Kind::Boolean;
+      value.boolean = true;
     } else if (Literal("false")) {
-      value.Type = JsonValue::Kind::Boolean;
+      value.type = JsonValue::Kind::Boolean;
     } else {
-      value.Type = JsonValue::Kind::Number;
-      value.Number = Number();
+      value.type = JsonValue::Kind::Number;
+      value.number = Number();
     }
     return value;
   }

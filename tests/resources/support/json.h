@@ -10,12 +10,12 @@ namespace ic::test {
 
 struct JsonValue {
   enum class Kind { Null, Boolean, Number, String, Array, Object };
-  Kind Type = Kind::Null;
-  bool Boolean = false;
-  double Number = 0;
-  std::string String;  ///< UTF-8, escapes resolved
-  std::vector<JsonValue> Array;
-  std::vector<std::pair<std::string, JsonValue>> Object;  ///< members in document order
+  Kind type = Kind::Null;
+  bool boolean = false;
+  double number = 0;
+  std::string string;  ///< UTF-8, escapes resolved
+  std::vector<JsonValue> array;
+  std::vector<std::pair<std::string, JsonValue>> object;  ///< members in document order
 
   /// The member of an object with that name; throws std::runtime_error if absent.
   const JsonValue& operator[](const std::string& name) const;

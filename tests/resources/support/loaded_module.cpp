@@ -6,31 +6,31 @@ namespace ic::test {
 LoadedModule::LoadedModule(const std::string& path) {
   _library = platform::DynamicLibrary::Load(path, _error);
   if (!_library.IsLoaded()) return;
-  GetFirst =
+  getFirst =
       _library.Find<resources::GetFirstResourceStringLibraryFn>("GetFirstResourceStringLibrary");
-  SetLanguage = _library.Find<resources::SetResourceLanguageFn>("SetResourceLanguage");
-  GetLanguage = _library.Find<resources::GetResourceLanguageFn>("GetResourceLanguage");
-  BuildKeyIndex = _library.Find<resources::BuildResourceKeyIndexFn>("BuildResourceKeyIndex");
-  FindRow = _library.Find<resources::FindResourceRowFn>("FindResourceRow");
-  if (!GetFirst || !SetLanguage || !GetLanguage || !BuildKeyIndex || !FindRow) {
+  setLanguage = _library.Find<resources::SetResourceLanguageFn>("SetResourceLanguage");
+  getLanguage = _library.Find<resources::GetResourceLanguageFn>("GetResourceLanguage");
+  buildKeyIndex = _library.Find<resources::BuildResourceKeyIndexFn>("BuildResourceKeyIndex");
+  findRow = _library.Find<resources::FindResourceRowFn>("FindResourceRow");
+  if (!getFirst || !setLanguage || !getLanguage || !buildKeyIndex || !findRow) {
     _error = "an export is missing";
   }
 }
 
 bool LoadedModule::Unload() {
   const bool result = _library.Unload();
-  GetFirst = nullptr;
-  SetLanguage = nullptr;
-  GetLanguage = nullptr;
-  BuildKeyIndex = nullptr;
-  FindRow = nullptr;
+  getFirst = nullptr;
+  setLanguage = nullptr;
+  getLanguage = nullptr;
+  buildKeyIndex = nullptr;
+  findRow = nullptr;
   return result;
 }
 
 std::vector<resources::ResourceStringLibrary*> LoadedModule::Chain() const {
   std::vector<resources::ResourceStringLibrary*> chain;
-  if (!GetFirst) return chain;
-  for (auto* record = GetFirst(); record && chain.size() < 100; record = record->Next) {
+  if (!getFirst) return chain;
+  for (auto* record = getFirst(); record && chain.size() < 100; record = record->Next) {
     chain.push_back(record);
   }
   return chain;
@@ -44,9 +44,9 @@ resources::ResourceStringLibrary* LoadedModule::Find(const std::u16string& name)
 }
 
 std::u16string LoadedModule::Language(bool lowerCase) const {
-  const int32_t needed = GetLanguage(lowerCase, nullptr, 0);
+  const int32_t needed = getLanguage(lowerCase, nullptr, 0);
   std::u16string code(static_cast<size_t>(needed), u'\0');
-  if (GetLanguage(lowerCase, code.data(), needed) != 0) return u"<write failed>";
+  if (getLanguage(lowerCase, code.data(), needed) != 0) return u"<write failed>";
   code.resize(static_cast<size_t>(needed - 1));
   return code;
 }

@@ -25,11 +25,11 @@ class LoadedModule {
   /// Unloads the module; true if the loader reported no fault.
   bool Unload();
 
-  resources::GetFirstResourceStringLibraryFn GetFirst = nullptr;
-  resources::SetResourceLanguageFn SetLanguage = nullptr;
-  resources::GetResourceLanguageFn GetLanguage = nullptr;
-  resources::BuildResourceKeyIndexFn BuildKeyIndex = nullptr;
-  resources::FindResourceRowFn FindRow = nullptr;
+  resources::GetFirstResourceStringLibraryFn getFirst = nullptr;
+  resources::SetResourceLanguageFn setLanguage = nullptr;
+  resources::GetResourceLanguageFn getLanguage = nullptr;
+  resources::BuildResourceKeyIndexFn buildKeyIndex = nullptr;
+  resources::FindResourceRowFn findRow = nullptr;
 
   /// The records from the head along Next (at most 100, so a broken chain cannot loop).
   std::vector<resources::ResourceStringLibrary*> Chain() const;

@@ -32,10 +32,10 @@ inline void UseModuleOnce() {
   const auto chain = module.Chain();
   ASSERT_EQ(chain.size(), 13u);
   EXPECT_EQ(module.Language(false), u"en");  // each load has a fresh manager
-  module.SetLanguage(u"Deutsch");
+  module.setLanguage(u"Deutsch");
   for (resources::ResourceStringLibrary* record : chain)
-    module.BuildKeyIndex(record);
-  EXPECT_EQ(module.FindRow(module.Find(u"xml"), u"wfc_GIMatch"),
+    module.buildKeyIndex(record);
+  EXPECT_EQ(module.findRow(module.Find(u"xml"), u"wfc_GIMatch"),
             module.Find(u"xml")->KeyIndex.at(u"wfc_GIMatch"));
   ASSERT_TRUE(module.Unload());
   EXPECT_FALSE(IsModuleMapped(ModulePath));

@@ -50,7 +50,7 @@ ProcessResult RunProcess(const std::string& program, const std::vector<std::stri
     return result;
   }
   pollfd fds[2] = {{out[0], POLLIN, 0}, {err[0], POLLIN, 0}};
-  std::string* sinks[2] = {&result.Out, &result.Err};
+  std::string* sinks[2] = {&result.out, &result.err};
   int streams = 2;
   char buffer[65536];
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(timeoutSeconds);
@@ -61,13 +61,13 @@ ProcessResult RunProcess(const std::string& program, const std::vector<std::stri
           deadline - std::chrono::steady_clock::now());
       if (left.count() <= 0) {
         kill(child, SIGKILL);  // the pipes close with the child, which ends the loop
-        result.TimedOut = true;
+        result.timedOut = true;
         wait = -1;
       } else {
         wait = static_cast<int>(left.count());
       }
     }
-    const int ready = poll(fds, 2, result.TimedOut ? -1 : wait);
+    const int ready = poll(fds, 2, result.timedOut ? -1 : wait);
     if (ready < 0) {
       if (errno == EINTR) continue;
       break;
@@ -88,7 +88,7 @@ ProcessResult RunProcess(const std::string& program, const std::vector<std::stri
   int status = 0;
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
-  result.Status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   return result;
 }
 

@@ -7,10 +7,10 @@
 namespace ic::test {
 
 struct ProcessResult {
-  int Status = -1;        ///< exit status, or -1 if the program did not exit normally
-  std::string Out;        ///< everything written to standard output
-  std::string Err;        ///< everything written to standard error
-  bool TimedOut = false;  ///< the program was killed at the time limit
+  int status = -1;        ///< exit status, or -1 if the program did not exit normally
+  std::string out;        ///< everything written to standard output
+  std::string err;        ///< everything written to standard error
+  bool timedOut = false;  ///< the program was killed at the time limit
 };
 
 /// Runs `program` with `arguments` (not including the program name), standard input closed,

@@ -10,8 +10,8 @@
 namespace ic::test {
 
 struct DemoRow {
-  const char16_t* Key;
-  const char16_t* Text;
+  const char16_t* key;
+  const char16_t* text;
 };
 
 template <const DemoRow* Rows, int32_t Count>
@@ -21,10 +21,10 @@ class DemoCatalogue {
 
  private:
   static const char16_t* Key(const resources::ResourceStringLibrary*, int32_t row) {
-    return row >= 0 && row < Count ? Rows[row].Key : nullptr;
+    return row >= 0 && row < Count ? Rows[row].key : nullptr;
   }
   static const char16_t* Text(const resources::ResourceStringLibrary*, int32_t row) {
-    return row >= 0 && row < Count ? Rows[row].Text : nullptr;
+    return row >= 0 && row < Count ? Rows[row].text : nullptr;
   }
 
   resources::ResourceStringLibrary _record;

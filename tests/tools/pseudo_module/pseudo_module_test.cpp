@@ -23,8 +23,8 @@ constexpr char16_t kClose = u'\u27E7';
 // A text cut into parameters ("{name}"), escaped braces ("\{", "\}") and single other units;
 // the test's own reading of the convention.
 struct Piece {
-  bool Kept;  // parameter or escaped brace, to stand unchanged
-  std::u16string Units;
+  bool kept;  // parameter or escaped brace, to stand unchanged
+  std::u16string units;
 };
 
 std::vector<Piece> Pieces(std::u16string_view text) {
@@ -74,7 +74,7 @@ class PseudoModuleTest : public ::testing::Test {
 };
 
 TEST_F(PseudoModuleTest, SameCataloguesAndKeysThroughTheSameExport) {
-  ASSERT_NE(_pseudo.GetFirst, nullptr);
+  ASSERT_NE(_pseudo.getFirst, nullptr);
   const auto real = _real.Chain();
   const auto pseudo = _pseudo.Chain();
   ASSERT_EQ(pseudo.size(), 13u);
@@ -88,9 +88,9 @@ TEST_F(PseudoModuleTest, SameCataloguesAndKeysThroughTheSameExport) {
     EXPECT_EQ(pseudo[i]->GetText(pseudo[i], pseudo[i]->Count), nullptr);
   }
   // The module's own manager works as in the real one.
-  ASSERT_NE(_pseudo.FindRow, nullptr);
-  EXPECT_EQ(_pseudo.FindRow(_pseudo.Find(u"xml"), u"wfc_GIMatch"),
-            _real.FindRow(_real.Find(u"xml"), u"wfc_GIMatch"));
+  ASSERT_NE(_pseudo.findRow, nullptr);
+  EXPECT_EQ(_pseudo.findRow(_pseudo.Find(u"xml"), u"wfc_GIMatch"),
+            _real.findRow(_real.Find(u"xml"), u"wfc_GIMatch"));
 }
 
 TEST_F(PseudoModuleTest, EveryTextIsMarkedLengthenedAndKeepsItsParameters) {
@@ -115,16 +115,16 @@ TEST_F(PseudoModuleTest, EveryTextIsMarkedLengthenedAndKeepsItsParameters) {
       const std::u16string body = pseudo.substr(1, pseudo.size() - 2);
       size_t at = 0;
       for (const Piece& piece : realPieces) {
-        ASSERT_LE(at + piece.Units.size(), body.size());
-        const std::u16string got = body.substr(at, piece.Units.size());
-        at += piece.Units.size();
-        if (piece.Kept || !IsAsciiLetter(piece.Units[0])) {
-          EXPECT_EQ(Utf8(got), Utf8(piece.Units));
+        ASSERT_LE(at + piece.units.size(), body.size());
+        const std::u16string got = body.substr(at, piece.units.size());
+        at += piece.units.size();
+        if (piece.kept || !IsAsciiLetter(piece.units[0])) {
+          EXPECT_EQ(Utf8(got), Utf8(piece.units));
           continue;
         }
-        EXPECT_GT(got[0], 0x7F) << "letter " << char(piece.Units[0]) << " left as it was";
-        const auto [known, fresh] = lookAlike.emplace(piece.Units[0], got[0]);
-        EXPECT_EQ(known->second, got[0]) << "letter " << char(piece.Units[0]);
+        EXPECT_GT(got[0], 0x7F) << "letter " << char(piece.units[0]) << " left as it was";
+        const auto [known, fresh] = lookAlike.emplace(piece.units[0], got[0]);
+        EXPECT_EQ(known->second, got[0]) << "letter " << char(piece.units[0]);
       }
       // The rest is the lengthening: no letter, no brace, no marker.
       for (char16_t unit : body.substr(at)) {
@@ -134,9 +134,9 @@ TEST_F(PseudoModuleTest, EveryTextIsMarkedLengthenedAndKeepsItsParameters) {
       // Every parameter of the real text survives, as often as it stands there.
       std::vector<std::u16string> realKept, pseudoKept;
       for (const Piece& piece : realPieces)
-        if (piece.Kept) realKept.push_back(piece.Units);
+        if (piece.kept) realKept.push_back(piece.units);
       for (const Piece& piece : Pieces(body))
-        if (piece.Kept) pseudoKept.push_back(piece.Units);
+        if (piece.kept) pseudoKept.push_back(piece.units);
       EXPECT_EQ(pseudoKept, realKept);
       ++rows;
     }
@@ -155,9 +155,9 @@ TEST(PseudoModuleHostTest, IcresReadsThePseudoModule) {
   const ic::test::ProcessResult result = ic::test::RunProcess(
       IC_TEST_ICRES_PATH, {"--module", IC_TEST_PSEUDO_MODULE_PATH, "get", "Scintilla",
                            "ResultWndFindPos", "index=3", "count=7"});
-  EXPECT_EQ(result.Status, 0) << result.Err;
+  EXPECT_EQ(result.status, 0) << result.err;
   // "{index} of {count}": 18 code points, 6 of padding.
-  EXPECT_EQ(result.Out, "\u27E63 öƒ 7~~~~~~\u27E7\n");
+  EXPECT_EQ(result.out, "\u27E63 öƒ 7~~~~~~\u27E7\n");
 }
 #endif
 
