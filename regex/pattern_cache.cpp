@@ -23,10 +23,49 @@ std::vector<CacheEntry<Unit>>& ThreadCache() {
   return cache;
 }
 
+// True if the pattern holds a number of more than nine digits where the engine reads a number:
+// a back-reference ("\\" and digits not starting with 0, which is the NUL escape) or a count
+// between braces outside a bracket expression. The engine adds such digits up in a `long`
+// without a check, which overflows from 19 digits on; every such number is also beyond what a
+// pattern can use (no group has that index, no count fits the engine's state limit), so the
+// engine would refuse the pattern anyway, and it is refused here before it is parsed.
+template <class Unit>
+bool HasOversizedNumber(const Unit* pattern, size_t length) noexcept {
+  const auto digit = [](Unit u) { return u >= Unit('0') && u <= Unit('9'); };
+  bool inBracket = false;
+  bool inBraces = false;
+  for (size_t i = 0; i < length; ++i) {
+    const Unit u = pattern[i];
+    size_t run = 0;
+    if (u == Unit('\\') && i + 1 < length) {
+      ++i;
+      if (!digit(pattern[i]) || pattern[i] == Unit('0')) continue;
+      while (i + run < length && digit(pattern[i + run]))
+        ++run;
+      i += run - 1;
+    } else if (inBraces && digit(u)) {
+      while (i + run < length && digit(pattern[i + run]))
+        ++run;
+      i += run - 1;
+    } else if (u == Unit('[') && !inBraces) {
+      inBracket = true;
+    } else if (u == Unit(']')) {
+      inBracket = false;
+    } else if (u == Unit('{') && !inBracket) {
+      inBraces = true;
+    } else if (u == Unit('}')) {
+      inBraces = false;
+    }
+    if (run > 9) return true;
+  }
+  return false;
+}
+
 template <class Unit>
 std::shared_ptr<const CompiledRegex<Unit>> Compile(const Unit* pattern, size_t length,
                                                    std::regex_constants::syntax_option_type flags) {
   using Char = RegexEngineChar<Unit>;
+  if (HasOversizedNumber(pattern, length)) return nullptr;
   try {
     if constexpr (sizeof(Unit) == 1) {
       return std::make_shared<const CompiledRegex<Unit>>(pattern, length, flags);

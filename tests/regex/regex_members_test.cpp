@@ -87,6 +87,24 @@ TYPED_TEST(RegexOnEveryString, BadPatternIsNoMatchWithoutAnException) {
   EXPECT_EQ(s.RegexFind(T<Unit>("\\[").c_str()), 1);
 }
 
+TYPED_TEST(RegexOnEveryString, HugeNumbersInAPatternAreNoMatchWithoutAnException) {
+  // Back-references and counts of more than nine digits name no group and exceed every count
+  // the engine can build; a long literal run of digits is still an ordinary pattern.
+  using Unit = typename TypeParam::UnitType;
+  const auto source = T<Unit>("aa1234567890");
+  const TypeParam s(source.c_str());
+  for (const char* huge : {"(a)\\4444444444444444444", "a{4444444444444444444}",
+                           "a{1,99999999999999999999}", "(a)\\1234567890"}) {
+    EXPECT_NO_THROW({
+      EXPECT_EQ(s.RegexFind(T<Unit>(huge).c_str()), -1) << huge;
+      EXPECT_FALSE(s.RegexMatches(T<Unit>(huge).c_str())) << huge;
+    });
+  }
+  EXPECT_EQ(s.RegexFind(T<Unit>("1234567890").c_str()), 2);
+  EXPECT_EQ(s.RegexFind(T<Unit>("[0-9]{10}").c_str()), 2);
+  EXPECT_EQ(s.RegexFind(T<Unit>("(a)\\1").c_str()), 0);
+}
+
 TYPED_TEST(RegexOnEveryString, SubjectEndsAtTheFirstZeroUnit) {
   using Unit = typename TypeParam::UnitType;
   const Unit units[] = {'a', 'b', 'c', 0, 'x', 'y', 'z', 0};
