@@ -24,27 +24,38 @@ void Check(const std::basic_string<typename S::UnitType>& pattern,
   (void)s.RegexFind(exactPattern.Get(), start, false);
 }
 
-// True when a quantifier stands right behind another ("a**", "a+{2}", "a{1,}*"; a '?' behind
-// a quantifier only makes it lazy and is not counted). The engine accepts such patterns and, as
-// it backtracks, takes time exponential in the subject's length on them: they are left out for
-// the time they take, not for any fault.
+// True when a quantifier stands right behind another ("a**", "a+{2}", "()?{41}"; one '?'
+// behind a quantifier only makes it lazy and is not counted). The engine accepts such patterns
+// and, as it backtracks, takes time exponential in the subject's length on them: they are left
+// out for the time they take, not for any fault. Bracket expressions are passed over.
 bool StacksQuantifiers(const std::string& pattern) {
   bool afterQuantifier = false;
+  bool lazy = false;
   for (size_t i = 0; i < pattern.size(); ++i) {
     const char c = pattern[i];
-    if (c == '\\') {
-      ++i;
+    if (c == '?' && afterQuantifier && !lazy) {
+      lazy = true;
+      continue;
+    }
+    lazy = false;
+    if (c == '\\' || c == '[') {
+      if (c == '\\') {
+        ++i;
+      } else {
+        for (++i; i < pattern.size() && pattern[i] != ']'; ++i)
+          if (pattern[i] == '\\') ++i;
+      }
       afterQuantifier = false;
       continue;
     }
-    const bool quantifier = c == '*' || c == '+' || c == '{';
+    const bool quantifier = c == '*' || c == '+' || c == '?' || c == '{';
     if (quantifier && afterQuantifier) return true;
     if (c == '{') {
       const size_t close = pattern.find('}', i);
       if (close == std::string::npos) return false;
       i = close;
     }
-    afterQuantifier = quantifier || (c == '?' && afterQuantifier);
+    afterQuantifier = quantifier;
   }
   return false;
 }
