@@ -6,9 +6,9 @@
 
 #include <ic/platform/code_page.h>
 #include <ic/platform/internal/vector_kernels.h>
+#include <ic/string/internal/string_access.h>
 
 #if defined(IC_HAVE_AVX2_KERNELS)
-#include <ic/string/internal/string_access.h>
 #include <ic/string/internal/utf_convert_kernels.h>
 #endif
 
