@@ -1,13 +1,13 @@
 #include <ic/path/internal/percent_core.h>
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
 #include <type_traits>
 
 #include <ic/number/number_format.h>
+#include <ic/platform/internal/stop_walk.h>
 #include <ic/platform/internal/unit_scan.h>
 
 namespace ic::internal {
@@ -123,44 +123,34 @@ bool DecodeEscape(const In* source, int32_t length, Out* target, int32_t& i, int
   return true;
 }
 
-// Byte text in place, from the first percent sign `i` on: the percent signs of each block are
-// marked in one pass, and the walk goes from escape to escape, moving the run between them down
-// to the output. Once the output trails the input by eight bytes or more, a run of up to eight
-// is moved by one eight-byte store (its bytes beyond the run are overwritten later or lie past
-// the end of the result).
+// Byte text in place, from the first percent sign `i` on: the walk goes from percent sign to
+// percent sign (see WalkStops), moving the run between them down to the output. Once the output
+// trails the input by eight bytes or more, a run of up to eight is moved by one eight-byte store
+// (its bytes beyond the run are overwritten later or lie past the end of the result).
 int32_t DecodeInPlace(char* text, int32_t length, int32_t i) noexcept {
   static constexpr platform::internal::UnitStopSet kPercent = [] {
     platform::internal::UnitStopSet set;
     set.Add('%');
     return set;
   }();
-  constexpr int32_t kBlock = 1024;
-  uint64_t masks[kBlock / 64];
   int32_t w = i;
-  while (i < length) {
-    const int32_t base = i;
-    const int32_t n = length - base < kBlock ? length - base : kBlock;
-    platform::internal::FillStopMasks(text + base, static_cast<size_t>(n), kPercent, masks);
-    for (int32_t group = 0; group * 64 < n; ++group) {
-      for (uint64_t mask = masks[group]; mask != 0; mask &= mask - 1) {
-        const int32_t mark = base + group * 64 + std::countr_zero(mask);
-        if (mark < i) continue;  // taken by the escape before
-        const int32_t run = mark - i;
-        if (run <= 8 && i - w >= 8 && i + 8 <= length)
-          std::memcpy(text + w, text + i, 8);
-        else
-          std::memmove(text + w, text + i, static_cast<size_t>(run));
-        w += run;
-        i = mark;
-        if (!DecodeEscape(text, length, text, i, w)) return w;
-      }
-    }
-    if (i < base + n) {
-      std::memmove(text + w, text + i, static_cast<size_t>(base + n - i));
-      w += base + n - i;
-      i = base + n;
-    }
-  }
+  const auto moveDown = [&](int32_t from, int32_t to) {
+    const int32_t run = to - from;
+    if (run <= 8 && from - w >= 8 && from + 8 <= length)
+      std::memcpy(text + w, text + from, 8);
+    else
+      std::memmove(text + w, text + from, static_cast<size_t>(run));
+    w += run;
+  };
+  const char* const stop = platform::internal::WalkStops(
+      static_cast<const char*>(text + i), text + length, kPercent,
+      [&](const char* at, const char* mark) {
+        moveDown(static_cast<int32_t>(at - text), static_cast<int32_t>(mark - text));
+        int32_t r = static_cast<int32_t>(mark - text);
+        return DecodeEscape(text, length, text, r, w) ? static_cast<const char*>(text + r)
+                                                      : nullptr;
+      });
+  if (stop != nullptr && stop < text + length) moveDown(static_cast<int32_t>(stop - text), length);
   return w;
 }
 

@@ -6,11 +6,11 @@
 #pragma once
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
+#include <ic/platform/internal/stop_walk.h>
 #include <ic/platform/internal/unit_scan.h>
 #include <ic/string/internal/positions.h>
 #include <ic/string/utf8.h>
@@ -79,33 +79,23 @@ void EscapeXmlFrom(const Unit* source, int32_t length, const Unit* first, bool e
   Unit piece[16];
   const Unit* p = first;
   if (alsoEscape == nullptr || *alsoEscape == 0) {
-    // The common case: blocks of units are classified in one pass each into bit masks, and the
-    // walk goes from marked unit to marked unit, adding the runs between them in one piece. The
-    // markup characters take their entity from a table; controls and (narrow) non-ASCII
-    // characters the general steps, which may carry the walk past marks it then skips.
+    // The common case: the marked units (see WalkStops) are visited in order and the runs
+    // between them added in one piece. The markup characters take their entity from a table;
+    // controls and (narrow) non-ASCII characters the general steps, which may carry the walk
+    // past marks it then skips.
     using U = std::make_unsigned_t<Unit>;
-    constexpr int32_t kBlock = 1024;
-    uint64_t masks[kBlock / 64];
-    const platform::internal::UnitStopSet& stops = XmlQuietStops<Unit>(escapeQuotes);
-    while (p < end) {
-      const Unit* const base = p;
-      const int32_t n = end - p < kBlock ? static_cast<int32_t>(end - p) : kBlock;
-      platform::internal::FillStopMasks(base, static_cast<size_t>(n), stops, masks);
-      for (int32_t group = 0; group * 64 < n; ++group) {
-        for (uint64_t mask = masks[group]; mask != 0; mask &= mask - 1) {
-          const Unit* const mark = base + group * 64 + std::countr_zero(mask);
-          if (mark < p) continue;  // inside a character already taken
-          if (mark != p) sink.Add(p, static_cast<int32_t>(mark - p));
-          p = mark;
-          const uint32_t unit = static_cast<U>(*p);
-          if (unit == 0) return;
+    const Unit* const stop = platform::internal::WalkStops(
+        p, end, XmlQuietStops<Unit>(escapeQuotes), [&](const Unit* at, const Unit* mark) {
+          if (mark != at) sink.Add(at, static_cast<int32_t>(mark - at));
+          const uint32_t unit = static_cast<U>(*mark);
+          if (unit == 0) return static_cast<const Unit*>(nullptr);
           // A marked quote is one that is escaped: quotes are marked only then.
           if (unit < 128 && kXmlEntities<Unit>[unit].length != 0) {
             sink.Add(kXmlEntities<Unit>[unit].text, kXmlEntities<Unit>[unit].length);
-            ++p;
-            continue;
+            return mark + 1;
           }
-          const uint32_t code = TakeCode(p);
+          const Unit* next = mark;
+          const uint32_t code = TakeCode(next);
           int written = XmlReplacement(code, escapeQuotes, alsoEscape, piece);
           if (written == 0 && sizeof(Unit) == 1) {
             char* out = reinterpret_cast<char*>(piece);
@@ -113,13 +103,9 @@ void EscapeXmlFrom(const Unit* source, int32_t length, const Unit* first, bool e
             written = static_cast<int>(out - reinterpret_cast<char*>(piece));
           }
           if (written > 0) sink.Add(piece, written);
-        }
-      }
-      if (p < base + n) {
-        sink.Add(p, static_cast<int32_t>(base + n - p));
-        p = base + n;
-      }
-    }
+          return next;
+        });
+    if (stop != nullptr && stop < end) sink.Add(stop, static_cast<int32_t>(end - stop));
     return;
   }
   while (p < end && *p) {

@@ -5,11 +5,13 @@
 // AddressSanitizer.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <random>
 #include <vector>
 
+#include <ic/platform/internal/stop_walk.h>
 #include <ic/platform/internal/unit_scan.h>
 #include <ic/platform/internal/vector_kernels.h>
 
@@ -269,6 +271,52 @@ TEST_P(UnitScan, FoldedPairRandom) {
 
 INSTANTIATE_TEST_SUITE_P(Paths, UnitScan, ::testing::Bool(),
                          [](const auto& info) { return info.param ? "Vector" : "Portable"; });
+
+}  // namespace
+}  // namespace ic::platform
+
+namespace ic::platform {
+namespace {
+
+// WalkStops against a plain loop: members every seven units over several blocks, and a visit
+// that jumps ahead by a varying amount (sometimes past a whole block), so that the marks it
+// passes over must be skipped and the walk must resume at the right one.
+TEST(WalkStops, VisitsTheMembersFromWhereEachVisitGoesOn) {
+  std::vector<char> text(5000, 'x');
+  for (size_t i = 3; i < text.size(); i += 7)
+    text[i] = '<';
+  UnitStopSet set;
+  set.Add('<');
+  for (const size_t jump : {size_t{1}, size_t{2}, size_t{8}, size_t{700}, size_t{1500}}) {
+    std::vector<size_t> expected;
+    size_t expectedStop = 0;  // where the walk stands after the last visit
+    for (size_t at = 0; at < text.size(); ++at)
+      if (text[at] == '<') {
+        expected.push_back(at);
+        expectedStop = std::min(at + jump, text.size());
+        at += jump - 1;
+      }
+    std::vector<size_t> visited;
+    const char* const begin = text.data();
+    const char* const end = begin + text.size();
+    const char* stop = internal::WalkStops(begin, end, set, [&](const char* at, const char* mark) {
+      EXPECT_LE(at, mark);
+      visited.push_back(static_cast<size_t>(mark - begin));
+      return mark + jump < end ? mark + jump : end;
+    });
+    EXPECT_EQ(visited, expected) << "jump " << jump;
+    EXPECT_EQ(stop, begin + expectedStop) << "jump " << jump;
+  }
+  // A visit that stops the walk.
+  int calls = 0;
+  EXPECT_EQ(internal::WalkStops(text.data(), text.data() + text.size(), set,
+                                [&](const char*, const char*) -> const char* {
+                                  ++calls;
+                                  return nullptr;
+                                }),
+            nullptr);
+  EXPECT_EQ(calls, 1);
+}
 
 }  // namespace
 }  // namespace ic::platform
