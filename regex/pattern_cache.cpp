@@ -36,17 +36,12 @@ bool HasOversizedNumber(const Unit* pattern, size_t length) noexcept {
   bool inBraces = false;
   for (size_t i = 0; i < length; ++i) {
     const Unit u = pattern[i];
-    size_t run = 0;
+    bool number = false;
     if (u == Unit('\\') && i + 1 < length) {
       ++i;
-      if (!digit(pattern[i]) || pattern[i] == Unit('0')) continue;
-      while (i + run < length && digit(pattern[i + run]))
-        ++run;
-      i += run - 1;
+      number = digit(pattern[i]) && pattern[i] != Unit('0');
     } else if (inBraces && digit(u)) {
-      while (i + run < length && digit(pattern[i + run]))
-        ++run;
-      i += run - 1;
+      number = true;
     } else if (u == Unit('[') && !inBraces) {
       inBracket = true;
     } else if (u == Unit(']')) {
@@ -56,7 +51,12 @@ bool HasOversizedNumber(const Unit* pattern, size_t length) noexcept {
     } else if (u == Unit('}')) {
       inBraces = false;
     }
+    if (!number) continue;
+    size_t run = 0;
+    while (i + run < length && digit(pattern[i + run]))
+      ++run;
     if (run > 9) return true;
+    i += run - 1;
   }
   return false;
 }
