@@ -4,10 +4,26 @@
 
 #include <cstdio>
 #if defined(_WIN32)
+#include <stdio.h>
 #include <wchar.h>
 #endif
 
 namespace ic::platform {
+
+#if defined(_WIN32)
+
+// The run-time's own bounded formatter: it cuts the text at count - 1 units, terminates it and
+// answers -1 when it did not fit.
+int BoundedFormatV(char* buffer, size_t count, const char* format, va_list arguments) noexcept {
+  if (buffer == nullptr || count == 0) return -1;
+  if (format == nullptr) {
+    buffer[0] = 0;
+    return -1;
+  }
+  return _vsnprintf_s(buffer, count, _TRUNCATE, format, arguments);
+}
+
+#else
 
 int BoundedFormatV(char* buffer, size_t count, const char* format, va_list arguments) noexcept {
   if (buffer == nullptr || count == 0) return -1;
@@ -23,6 +39,8 @@ int BoundedFormatV(char* buffer, size_t count, const char* format, va_list argum
   // vsnprintf has cut the text at count - 1 units and terminated it.
   return static_cast<size_t>(written) < count ? written : -1;
 }
+
+#endif
 
 int BoundedFormat(char* buffer, size_t count, const char* format, ...) noexcept {
   va_list arguments;

@@ -6,8 +6,9 @@
 // count - 1 units) or the format was refused, in the manner of the Windows run-time's
 // _vsnprintf_s / _vsnwprintf_s with _TRUNCATE. A `count` of 0 writes nothing and answers -1.
 //
-// Narrow formats go to vsnprintf. Wide formats use the native 16-bit formatter under _WIN32;
-// elsewhere, where wchar_t is 32 bits wide, the platform layer's own 16-bit formatter
+// On Windows both forms are the run-time's own bounded formatters (_vsnprintf_s and
+// _vsnwprintf_s with _TRUNCATE). Elsewhere narrow formats go to vsnprintf, and wide ones,
+// as wchar_t is 32 bits wide there, to the platform layer's own 16-bit formatter
 // (wide_format.h), which takes its arguments as the Windows one does: "%s" a 16-bit text, "%S"
 // and "%hs" a narrow one, "%c" a 16-bit unit; numbers format as the narrow formatter does.
 #pragma once

@@ -11,6 +11,8 @@
 #else
 #include <locale.h>
 #include <wctype.h>
+
+#include <ic/platform/internal/wide_case_rules.h>
 #endif
 
 namespace ic::platform {
@@ -75,21 +77,6 @@ char16_t MapUpper(char16_t unit) noexcept {
   return KeepIfWide(unit, towupper_l(static_cast<wint_t>(unit), locale));
 }
 
-// The bounded in-place mapping shared by _wcslwr_s and _wcsupr_s.
-errno_t MapInPlace(char16_t* text, size_t size, char16_t (*map)(char16_t) noexcept) noexcept {
-  if (!text || size == 0) return EINVAL;
-  size_t length = 0;
-  while (length < size && text[length] != 0)
-    ++length;
-  if (length == size) {
-    text[0] = 0;
-    return EINVAL;
-  }
-  for (size_t i = 0; i < length; ++i)
-    text[i] = map(text[i]);
-  return 0;
-}
-
 #endif
 
 }  // namespace
@@ -131,20 +118,15 @@ char16_t towupper(char16_t unit) noexcept {
 }
 
 errno_t _wcslwr_s(char16_t* text, size_t size) noexcept {
-  return MapInPlace(text, size, MapLower);
+  return internal::MapUnitsInPlace(text, size, MapLower);
 }
 
 errno_t _wcsupr_s(char16_t* text, size_t size) noexcept {
-  return MapInPlace(text, size, MapUpper);
+  return internal::MapUnitsInPlace(text, size, MapUpper);
 }
 
 int _wcsicmp(const char16_t* left, const char16_t* right) noexcept {
-  if (!left || !right) return NlsCompareError;
-  for (;; ++left, ++right) {
-    const int a = MapLower(*left);
-    const int b = MapLower(*right);
-    if (a != b || a == 0) return a - b;
-  }
+  return internal::CompareMappedUnits(left, right, MapLower, NlsCompareError);
 }
 
 #endif

@@ -30,9 +30,9 @@ IC_API char16_t towlower(char16_t unit) noexcept;
 IC_API char16_t towupper(char16_t unit) noexcept;
 
 /// Lower-cases the zero-terminated `text` in place. `size` is the buffer size in code units,
-/// terminator included. Returns EINVAL for a null text or a size of 0, and also when no
-/// terminator lies within `size` units, in which case the text is made empty (its first unit
-/// becomes 0). Returns 0 otherwise.
+/// terminator included. Returns EINVAL for a null text, and when no terminator lies within
+/// `size` units (a size of 0 included), in which case the text is made empty: its first unit
+/// becomes 0, even for a size of 0, as the Windows run-time does. Returns 0 otherwise.
 IC_API errno_t _wcslwr_s(char16_t* text, size_t size) noexcept;
 
 /// Upper-cases the zero-terminated `text` in place; the same contract as _wcslwr_s.

@@ -18,6 +18,7 @@
 #include <memory>
 #include <mutex>
 
+#include <ic/platform/recursive_mutex.h>
 #include <ic/resources/library.h>
 #include <ic/string/ic_string.h>
 
@@ -74,7 +75,7 @@ using NestedStringMap =
 /// seams for a text layer above this module: they are built and destroyed here, and only
 /// GetMessageHook is ever called (by the catalogues' GetMessage).
 struct ResourceStringManager {
-  std::recursive_mutex Mutex;
+  platform::RecursiveMutex Mutex;  ///< a std::recursive_mutex
   uint32_t HookContext;
   GetMessageHookFn GetMessageHook;
   GetMessageHookFn GetMessageHook2;

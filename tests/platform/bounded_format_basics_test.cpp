@@ -42,8 +42,8 @@ TEST(BoundedFormatNarrow, RefusesNoBufferNoRoomAndNoFormat) {
 }
 
 TEST(BoundedFormatNarrow, AgreesWithSnprintfOnManySpecs) {
-  const char* const specs[] = {"%d", "%5d", "%-5d|", "%05d", "%+d",  "%x",   "%#X",
-                               "%o", "%u",  "%ld",   "%lld", "%hhd", "%.3d", "%c"};
+  const char* const specs[] = {"%d", "%5d", "%-5d|", "%05d", "%+d", "%x",   "%#X",
+                               "%o", "%u",  "%ld",   "%lld", "%hd", "%.3d", "%c"};
   const long long values[] = {0, 1, -1, 42, -77, 255, 65535, 2147483647};
   for (const char* spec : specs) {
     for (long long v : values) {
@@ -64,6 +64,13 @@ TEST(BoundedFormatNarrow, AgreesWithSnprintfOnManySpecs) {
       EXPECT_STREQ(actual, expected) << spec << " " << v;
     }
   }
+}
+
+// "hh" is a C99 length that the C library knows; the Windows run-time's formatter takes it as "h".
+TEST(BoundedFormatNarrow, TakesTheLengthOfACharacter) {
+  char buffer[8];
+  EXPECT_EQ(BoundedFormat(buffer, sizeof buffer, "%hhd", 255), 2);
+  EXPECT_STREQ(buffer, "-1");
 }
 
 TEST(BoundedFormatWide, NumbersFormatAsInTheNarrowForm) {

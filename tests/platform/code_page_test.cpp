@@ -1,5 +1,7 @@
-// The UTF-8 / UTF-16 code page converters: fixed examples, argument handling, and agreement
-// with a plain byte-at-a-time reference model on many thousands of random inputs.
+// The library's own UTF-8 / UTF-16 code page converters (the public MultiByteToWideChar and
+// WideCharToMultiByte off Windows; on Windows those are the system's, compared with these by
+// code_page_differential_test): fixed examples, argument handling, and agreement with a plain
+// byte-at-a-time reference model on many thousands of random inputs.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -8,6 +10,7 @@
 #include <vector>
 
 #include <ic/platform/code_page.h>
+#include <ic/platform/internal/portable_code_page.h>
 #include <ic/platform/internal/vector_kernels.h>
 
 namespace ic::platform {
@@ -126,8 +129,9 @@ Bytes ModelUtf16ToUtf8(const Units& in) {
 // Calls through the converters.
 
 int ToWide(const Bytes& in, char16_t* dst, int size) {
-  return MultiByteToWideChar(CodePageUTF8, 0, reinterpret_cast<const char*>(in.data()),
-                             static_cast<int>(in.size()), dst, size);
+  return internal::PortableMultiByteToWideChar(CodePageUTF8, 0,
+                                               reinterpret_cast<const char*>(in.data()),
+                                               static_cast<int>(in.size()), dst, size);
 }
 
 Units ToWide(const Bytes& in) {
@@ -138,7 +142,8 @@ Units ToWide(const Bytes& in) {
 }
 
 int ToNarrow(const Units& in, char* dst, int size) {
-  return WideCharToMultiByte(CodePageUTF8, 0, in.data(), static_cast<int>(in.size()), dst, size);
+  return internal::PortableWideCharToMultiByte(CodePageUTF8, 0, in.data(),
+                                               static_cast<int>(in.size()), dst, size);
 }
 
 Bytes ToNarrow(const Units& in) {
@@ -189,14 +194,14 @@ TEST(MultiByteToWideChar, ExamplesOfIllFormedInput) {
 TEST(MultiByteToWideChar, TheTerminatorIsConvertedWithLengthMinusOne) {
   const char text[] = "a\xc3\xa9";
   char16_t out[8] = {1, 1, 1, 1, 1, 1, 1, 1};
-  EXPECT_EQ(MultiByteToWideChar(CodePageUTF8, 0, text, -1, nullptr, 0), 3);
-  EXPECT_EQ(MultiByteToWideChar(CodePageUTF8, 0, text, -1, out, 8), 3);
+  EXPECT_EQ(internal::PortableMultiByteToWideChar(CodePageUTF8, 0, text, -1, nullptr, 0), 3);
+  EXPECT_EQ(internal::PortableMultiByteToWideChar(CodePageUTF8, 0, text, -1, out, 8), 3);
   EXPECT_EQ(out[0], u'a');
   EXPECT_EQ(out[1], 0xe9);
   EXPECT_EQ(out[2], 0);
   EXPECT_EQ(out[3], 1);
   // A sequence cut by the terminator: the terminator ends it early and is decoded afresh.
-  EXPECT_EQ(MultiByteToWideChar(CodePageUTF8, 0, "\xe4\xb8", -1, out, 8), 2);
+  EXPECT_EQ(internal::PortableMultiByteToWideChar(CodePageUTF8, 0, "\xe4\xb8", -1, out, 8), 2);
   EXPECT_EQ(out[0], R);
   EXPECT_EQ(out[1], 0);
 }
@@ -204,14 +209,14 @@ TEST(MultiByteToWideChar, TheTerminatorIsConvertedWithLengthMinusOne) {
 TEST(MultiByteToWideChar, InvalidArgumentsGiveZero) {
   char16_t out[4];
   const char* text = "abc";
-  EXPECT_EQ(MultiByteToWideChar(CodePageUTF8, 0, nullptr, 3, out, 4), 0);
-  EXPECT_EQ(MultiByteToWideChar(CodePageUTF8, 0, text, 0, out, 4), 0);
-  EXPECT_EQ(MultiByteToWideChar(CodePageUTF8, 0, text, -2, out, 4), 0);
-  EXPECT_EQ(MultiByteToWideChar(CodePageUTF8, 0, text, 3, out, -1), 0);
-  EXPECT_EQ(MultiByteToWideChar(CodePageUTF8, 0, text, 3, nullptr, 4), 0);
-  EXPECT_EQ(MultiByteToWideChar(1252, 0, text, 3, out, 4), 0);
-  EXPECT_EQ(MultiByteToWideChar(CodePageUTF8, 8, text, 3, out, 4), 0);
-  EXPECT_EQ(MultiByteToWideChar(CodePageUTF8, 0, text, 3, out, 4), 3);
+  EXPECT_EQ(internal::PortableMultiByteToWideChar(CodePageUTF8, 0, nullptr, 3, out, 4), 0);
+  EXPECT_EQ(internal::PortableMultiByteToWideChar(CodePageUTF8, 0, text, 0, out, 4), 0);
+  EXPECT_EQ(internal::PortableMultiByteToWideChar(CodePageUTF8, 0, text, -2, out, 4), 0);
+  EXPECT_EQ(internal::PortableMultiByteToWideChar(CodePageUTF8, 0, text, 3, out, -1), 0);
+  EXPECT_EQ(internal::PortableMultiByteToWideChar(CodePageUTF8, 0, text, 3, nullptr, 4), 0);
+  EXPECT_EQ(internal::PortableMultiByteToWideChar(1252, 0, text, 3, out, 4), 0);
+  EXPECT_EQ(internal::PortableMultiByteToWideChar(CodePageUTF8, 8, text, 3, out, 4), 0);
+  EXPECT_EQ(internal::PortableMultiByteToWideChar(CodePageUTF8, 0, text, 3, out, 4), 3);
 }
 
 TEST(MultiByteToWideChar, ShortDestinationFailsWithinItsSize) {
@@ -241,16 +246,16 @@ TEST(WideCharToMultiByte, PairsAndLoneSurrogates) {
 
 TEST(WideCharToMultiByte, LengthMinusOneCountsTheTerminator) {
   const char16_t text[] = u"a\u00e9";
-  EXPECT_EQ(WideCharToMultiByte(CodePageUTF8, 0, text, -1, nullptr, 0), 4);
+  EXPECT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0, text, -1, nullptr, 0), 4);
   char out[6] = {1, 1, 1, 1, 1, 1};
-  EXPECT_EQ(WideCharToMultiByte(CodePageUTF8, 0, text, -1, out, 6), 4);
+  EXPECT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0, text, -1, out, 6), 4);
   EXPECT_EQ(std::string(out, 4), std::string("a\xc3\xa9", 4));
   EXPECT_EQ(out[4], 1);
   const char16_t empty[] = u"";
-  EXPECT_EQ(WideCharToMultiByte(CodePageUTF8, 0, empty, -1, nullptr, 0), 1);
+  EXPECT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0, empty, -1, nullptr, 0), 1);
   // A high surrogate right before the terminator does not pair with it.
   const char16_t lone[] = {0xd83d, 0};
-  EXPECT_EQ(WideCharToMultiByte(CodePageUTF8, 0, lone, -1, out, 6), 4);
+  EXPECT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0, lone, -1, out, 6), 4);
   EXPECT_EQ(std::string(out, 4), std::string("\xef\xbf\xbd\0", 4));
 }
 
@@ -258,15 +263,16 @@ TEST(WideCharToMultiByte, InvalidArgumentsGiveZero) {
   const char16_t text[] = u"abc";
   char out[8];
   int used = 0;
-  EXPECT_EQ(WideCharToMultiByte(CodePageUTF8, 0, nullptr, 3, out, 8), 0);
-  EXPECT_EQ(WideCharToMultiByte(CodePageUTF8, 0, text, 0, out, 8), 0);
-  EXPECT_EQ(WideCharToMultiByte(CodePageUTF8, 0, text, 3, nullptr, 8), 0);
-  EXPECT_EQ(WideCharToMultiByte(CodePageUTF8, 0, text, 3, out, -4), 0);
-  EXPECT_EQ(WideCharToMultiByte(437, 0, text, 3, out, 8), 0);
-  EXPECT_EQ(WideCharToMultiByte(CodePageUTF8, 0x400, text, 3, out, 8), 0);
-  EXPECT_EQ(WideCharToMultiByte(CodePageUTF8, 0, text, 3, out, 8, "?"), 0);
-  EXPECT_EQ(WideCharToMultiByte(CodePageUTF8, 0, text, 3, out, 8, nullptr, &used), 0);
-  EXPECT_EQ(WideCharToMultiByte(CodePageUTF8, 0, text, 3, out, 8), 3);
+  EXPECT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0, nullptr, 3, out, 8), 0);
+  EXPECT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0, text, 0, out, 8), 0);
+  EXPECT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0, text, 3, nullptr, 8), 0);
+  EXPECT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0, text, 3, out, -4), 0);
+  EXPECT_EQ(internal::PortableWideCharToMultiByte(437, 0, text, 3, out, 8), 0);
+  EXPECT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0x400, text, 3, out, 8), 0);
+  EXPECT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0, text, 3, out, 8, "?"), 0);
+  EXPECT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0, text, 3, out, 8, nullptr, &used),
+            0);
+  EXPECT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0, text, 3, out, 8), 3);
 }
 
 TEST(WideCharToMultiByte, ShortDestinationFailsWithinItsSize) {
@@ -598,12 +604,12 @@ TEST_P(BothPaths, Utf8LengthMinusOneAgreesWithTheModel) {
     in.push_back(0);  // the terminator is converted like any byte
     const Units expected = ModelUtf8ToUtf16(in);
     const char* text = reinterpret_cast<const char*>(in.data());
-    ASSERT_EQ(MultiByteToWideChar(CodePageUTF8, 0, text, -1, nullptr, 0),
+    ASSERT_EQ(internal::PortableMultiByteToWideChar(CodePageUTF8, 0, text, -1, nullptr, 0),
               static_cast<int>(expected.size()));
     Units out(expected.size());
-    ASSERT_EQ(
-        MultiByteToWideChar(CodePageUTF8, 0, text, -1, out.data(), static_cast<int>(out.size())),
-        static_cast<int>(expected.size()));
+    ASSERT_EQ(internal::PortableMultiByteToWideChar(CodePageUTF8, 0, text, -1, out.data(),
+                                                    static_cast<int>(out.size())),
+              static_cast<int>(expected.size()));
     ASSERT_EQ(out, expected);
   }
 }
@@ -628,11 +634,11 @@ TEST_P(BothPaths, Utf16LengthMinusOneAgreesWithTheModel) {
     std::erase(in, 0);
     in.push_back(0);
     const Bytes expected = ModelUtf16ToUtf8(in);
-    ASSERT_EQ(WideCharToMultiByte(CodePageUTF8, 0, in.data(), -1, nullptr, 0),
+    ASSERT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0, in.data(), -1, nullptr, 0),
               static_cast<int>(expected.size()));
     std::string out(expected.size(), '\0');
-    ASSERT_EQ(WideCharToMultiByte(CodePageUTF8, 0, in.data(), -1, out.data(),
-                                  static_cast<int>(out.size())),
+    ASSERT_EQ(internal::PortableWideCharToMultiByte(CodePageUTF8, 0, in.data(), -1, out.data(),
+                                                    static_cast<int>(out.size())),
               static_cast<int>(expected.size()));
     ASSERT_EQ(Bytes(out.begin(), out.end()), expected);
   }

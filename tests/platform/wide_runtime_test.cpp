@@ -85,9 +85,11 @@ TEST(WideRuntimeTest, InPlaceStopsAtTheTerminator) {
 TEST(WideRuntimeTest, InPlaceRefusesBadArguments) {
   EXPECT_EQ(_wcslwr_s(nullptr, 4), EINVAL);
   EXPECT_EQ(_wcsupr_s(nullptr, 4), EINVAL);
-  char16_t text[4] = {u'A', 0, 0, 0};
+  // A size of 0 holds no terminator: the text is made empty, as the Windows run-time does.
+  char16_t text[4] = {u'A', u'B', 0, 0};
   EXPECT_EQ(_wcslwr_s(text, 0), EINVAL);
-  EXPECT_EQ(text[0], u'A');  // a zero size writes nothing
+  EXPECT_EQ(text[0], 0);
+  EXPECT_EQ(text[1], u'B');
   // No terminator within the size: the text is made empty.
   char16_t unterminated[3] = {u'A', u'B', u'C'};
   EXPECT_EQ(_wcsupr_s(unterminated, 3), EINVAL);
