@@ -1,11 +1,26 @@
 #include <ic/number/double_text.h>
 
 #include <cmath>
+#include <iterator>
 
 #include <ic/number/internal/double_format.h>
 
 namespace ic {
 namespace {
+
+// 10 to the power `exponent`, correctly rounded. The powers up to 10^22 are exact doubles, and
+// their reciprocals are one correctly rounded division, so these come from a table on every
+// platform; beyond them the C library's pow (glibc's is correctly rounded; other run-times may
+// differ in the last bit there).
+double PowerOfTen(int32_t exponent) noexcept {
+  static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                       1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                       1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  constexpr int32_t kLast = static_cast<int32_t>(std::size(kPowers)) - 1;
+  if (exponent >= 0 && exponent <= kLast) return kPowers[exponent];
+  if (exponent < 0 && exponent >= -kLast) return 1.0 / kPowers[-exponent];
+  return std::pow(10.0, exponent);
+}
 
 template <class Unit>
 bool DigitAt(Unit unit, uint32_t& digit) noexcept {
@@ -74,7 +89,7 @@ double ParseDoubleAt(const Unit** cursor, Unit decimalSeparator, Unit groupSepar
   if (*p == Unit('E') || *p == Unit('e')) {
     ++p;
     const int32_t exponent = ParseIntegerAt(&p, Unit(0));
-    value *= std::pow(10.0, exponent) * factor;
+    value *= PowerOfTen(exponent) * factor;
   } else {
     value *= factor;
   }
@@ -146,12 +161,7 @@ void FormatDoubleText(GrowableText<Unit>& out, double value, const DoubleFormatS
 
   // Rounding in advance, so that a carry out of the last digit reaches the integer part.
   if (fractionDigits > 0 && settings.round) {
-    // Powers of ten up to 10^22 are exact doubles, which pow also answers.
-    static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                         1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                         1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-    const double p =
-        fractionDigits <= 22 ? kPowers[fractionDigits] : std::pow(10.0, fractionDigits);
+    const double p = PowerOfTen(fractionDigits);
     if (std::isfinite(p)) {
       double scaled;
       const double scaledFraction = std::modf(fraction * p, &scaled);

@@ -14,7 +14,8 @@ namespace ic {
 /// Reads an optional "-" or "+", integer digits (skipping every unit equal to a non-zero
 /// `groupSeparator`), then, if the next unit is a non-zero `decimalSeparator`, fraction digits
 /// (no group separators there), then an optional "E" or "e" with an exponent read as by
-/// _ParseIntegerAt without group separator; the value is multiplied by pow(10, exponent). A text
+/// _ParseIntegerAt without group separator; the value is multiplied by 10 to that power (correctly
+/// rounded on every platform for exponents up to 22 either way, else the C library's pow). A text
 /// without digits gives 0.0, or -0.0 after "-", with the cursor behind the sign; "1e" gives 1.0
 /// with the cursor behind the "e". Digits beyond the range of a double give an infinite value.
 /// @{

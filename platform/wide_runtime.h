@@ -16,6 +16,15 @@
 
 namespace ic::platform {
 
+/// True where the functions below map by the Unicode simple case mapping whatever the process
+/// locale (every platform but Windows); false on Windows, where they are the C run-time's and map
+/// by its locale: in the default "C" locale only "A" to "Z" and "a" to "z".
+#ifdef _WIN32
+inline constexpr bool WideCaseFollowsUnicode = false;
+#else
+inline constexpr bool WideCaseFollowsUnicode = true;
+#endif
+
 /// Result of the bounded wide functions: 0 on success, else an errno value (EINVAL).
 using errno_t = int;
 

@@ -130,8 +130,8 @@ int32_t GetLanguageIndex(const char16_t* code);
 void SetLanguage(const char16_t* code);
 
 /// The language as last set, in the caller's spelling, or the table's code for the index if
-/// none was set ("en" before the first SetLanguage). With `lowerCase` the copy is lower-cased,
-/// still under the lock.
+/// none was set ("en" before the first SetLanguage). With `lowerCase` the copy is lower-cased
+/// (as GetStringOverride), still under the lock.
 ICStringUniqueW GetLanguage(bool lowerCase);
 /// @}
 
@@ -143,7 +143,8 @@ ICStringUniqueW GetLanguage(bool lowerCase);
 void SetStringOverride(const char16_t* text, const uint32_t& id);
 
 /// A copy of the override of `id`, or the empty string if there is none; with `lowerCase` the
-/// copy is lower-cased after the lock is released.
+/// copy is lower-cased after the lock is released, by the platform's wide run-time (on Windows
+/// ASCII letters only in the C run-time's default locale: platform/wide_runtime.h).
 ICStringUniqueW GetStringOverride(bool lowerCase, const uint32_t& id);
 /// @}
 

@@ -5,33 +5,17 @@
 #
 # Steps: Debian packages (compilers, wine), GoogleTest cross-built from /usr/src/googletest, the
 # host tools (preset host-tools: rescomp, gencase, genunicode run on this machine), then each
-# Windows preset: configure, build, ctest with wine as CMAKE_CROSSCOMPILING_EMULATOR in a
-# throw-away WINEPREFIX.
-#
-# The test programs built and run for Windows are, by default, those of the platform layer, the
-# string core and the module (the code that differs between the platforms, and the module as a
-# host loads it); the rest of the suite is the same portable code that the Linux presets test
-# and would take the CI's 2-core machine well beyond its time budget to cross-build. With --all
-# every test program is built and run.
-# Usage: scripts/test-windows.sh [--all] [x64|x86 ...]   (default: x64 x86)
+# Windows preset: configure, build everything, ctest with wine as CMAKE_CROSSCOMPILING_EMULATOR
+# in a throw-away WINEPREFIX. The whole test suite is built for Windows except the tests of the
+# host tools (the resource compiler and icres run on the build machine, where the Linux presets
+# test them).
+# Usage: scripts/test-windows.sh [x64|x86 ...]   (default: x64 x86)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 root=$(pwd)
 start=$(date +%s)
-all=0
-arches=()
-for argument in "$@"; do
-  case "$argument" in
-    --all) all=1 ;;
-    *) arches+=("$argument") ;;
-  esac
-done
+arches=("$@")
 ((${#arches[@]})) || arches=(x64 x86)
-test_programs=(ic_platform_tests wide_runtime_test ic_platform_bridge_tests ic_string_tests
-               resources_module_test)
-left_out="ic_string_edit_tests ic_number_tests ic_text_tests ic_path_tests ic_markup_tests \
-ic_unicode_tests ic_regex_tests resources_runtime_test resources_threads_test \
-resources_catalogue_tables_test message_key_test pseudo_module_test"
 
 jobs=$(nproc 2>/dev/null || echo 2)
 
@@ -120,21 +104,12 @@ for arch in "${arches[@]}"; do
     -DIC_GTEST_EXCLUDE="$posix_contract" >/dev/null
   if ((run_tests)); then
     echo "=== windows-$arch: build"
-    if ((all)); then
-      cmake --build --preset "windows-$arch" -j "$jobs"
-    else
-      echo "    test programs: ${test_programs[*]} (left out, run by the Linux presets: $left_out)"
-      cmake --build --preset "windows-$arch" -j "$jobs" --target icres_zh "${test_programs[@]}"
-    fi
+    cmake --build --preset "windows-$arch" -j "$jobs"
     echo "=== windows-$arch: test (wine)"
     echo "    not run here, as they check the contract of the platform layer off Windows, where"
     echo "    Windows answers with its own (platform/README.md, \"Where the platforms differ\"):"
     echo "    ${posix_contract//:/ }"
-    selection=()
-    if ((!all)); then
-      selection=(-R "^(module_export_table|$(IFS='|'; echo "${test_programs[*]}"))\$")
-    fi
-    ctest --preset "windows-$arch" "${selection[@]}" --output-on-failure
+    ctest --preset "windows-$arch" --output-on-failure
     # Each test program is one CTest test here; the tests inside them, as GoogleTest counts them:
     grep -h '^\[  PASSED  \]' "$root"/build/windows-$arch/Testing/Temporary/LastTest.log |
       awk '{ n += $4 } END { print "    GoogleTest tests passed under wine: " n }' || true

@@ -3,7 +3,9 @@
 //
 // Narrow strings map UTF-8 code point by code point with the case table (case_mapping.h), so
 // their length may change; wide strings use the platform's wide run-time (towlower, towupper,
-// _wcslwr_s, _wcsupr_s), unit by unit. Every member scans first and writes only from the first
+// _wcslwr_s, _wcsupr_s), unit by unit: on Windows the C run-time's, which in its default "C"
+// locale maps ASCII letters only; elsewhere the Unicode simple mapping (platform/wide_runtime.h,
+// WideCaseFollowsUnicode). Every member scans first and writes only from the first
 // change: a text that needs no change is neither detached (shared) nor copied (view) nor
 // reallocated.
 //

@@ -3,7 +3,8 @@
 //
 // Narrow text is walked in code points, each sequence sized by its lead byte; a sequence cut
 // short by the terminator ends at the terminator. Case-insensitive comparisons map both sides
-// with ToLowerCodePoint (narrow) or the run-time's towlower (wide).
+// with ToLowerCodePoint (narrow) or the run-time's towlower (wide; on Windows the C run-time's,
+// ASCII letters only in its default locale: platform/wide_runtime.h).
 #pragma once
 
 #include <cstddef>

@@ -10,7 +10,9 @@
 // of wide_search.h; text is decoded only for code points of 128 and above, for sets and for
 // case-insensitive matching. Case-insensitive searching maps both sides to upper case
 // (SearchNeedle); StartsWith, EndsWith and the comparisons map to lower case, so the two can
-// disagree on a code point whose upper and lower forms do not pair up.
+// disagree on a code point whose upper and lower forms do not pair up. Wide text is mapped by the
+// platform's wide run-time: on Windows the C run-time's, ASCII letters only in its default locale
+// (platform/wide_runtime.h).
 //
 // The mixin is specialised on BasicICString<Unit, Storage>, so that width and shape are known
 // from the template arguments alone; the members are defined once in search_members.cpp and

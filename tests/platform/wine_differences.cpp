@@ -1,15 +1,8 @@
 #include "wine_differences.h"
 
-#include <windows.h>
-
 #include <cstdio>
 
 namespace ic::platform {
-
-bool RunsUnderWine() {
-  const HMODULE ntdll = GetModuleHandleW(L"ntdll.dll");
-  return ntdll != nullptr && GetProcAddress(ntdll, "wine_get_version") != nullptr;
-}
 
 void WineDifferences::Add(const std::string& name, const std::string& example) {
   Entry& entry = _entries[name];

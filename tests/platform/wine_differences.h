@@ -6,10 +6,9 @@
 #include <map>
 #include <string>
 
-namespace ic::platform {
+#include "runs_under_wine.h"
 
-/// True if this program runs under wine rather than Windows.
-bool RunsUnderWine();
+namespace ic::platform {
 
 /// Differences seen, by name, with their count and first input.
 class WineDifferences {

@@ -10,6 +10,7 @@
 #include <thread>
 
 #include <gtest/gtest.h>
+#include <ic/platform/wide_runtime.h>
 #include <ic/resources/internal/map_room.h>
 #include <ic/string/header.h>
 
@@ -185,7 +186,10 @@ TEST(ResourceStringManagerTest, OverrideRoundTrip) {
   const uint32_t id = 4711;
   SetStringOverride(u"Hello W\u00D6RLD", id);
   EXPECT_EQ(Text(GetStringOverride(false, id)), u"Hello W\u00D6RLD");
-  EXPECT_EQ(Text(GetStringOverride(true, id)), u"hello w\u00F6rld");
+  // Lower-cased by the wide run-time: "Ö" by the Unicode mapping, not in the C run-time's default
+  // locale.
+  EXPECT_EQ(Text(GetStringOverride(true, id)),
+            ic::platform::WideCaseFollowsUnicode ? u"hello w\u00F6rld" : u"hello w\u00D6rld");
   // Lower-casing is on the copy only.
   EXPECT_EQ(Text(GetResourceStringManager().Overrides.at(id)), u"Hello W\u00D6RLD");
   // Overwritten in place.

@@ -147,7 +147,8 @@ TYPED_TEST(Format, ReplacesTheTextAndShrinksToIt) {
   TypeParam owner = Owned<TypeParam>("old");
   TypeParam s = owner;
   const auto format = Units<Unit>("%d-%05.1f-%x");
-  s.Format(format.c_str(), 42, 2.25, 255u);
+  // 2.2 lies on no rounding tie, where the C library and the Windows run-time round differently.
+  s.Format(format.c_str(), 42, 2.2, 255u);
   EXPECT_EQ(TextOf(s), "42-002.2-ff");
   EXPECT_EQ(s.GetCapacity(), s.GetLength());
   EXPECT_EQ(TextOf(owner), "old");
