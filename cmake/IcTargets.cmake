@@ -97,10 +97,17 @@ endfunction()
 # CTest test that runs all its tests, less those matching IC_GTEST_EXCLUDE (GoogleTest patterns
 # joined by ':').
 set(IC_GTEST_EXCLUDE "" CACHE STRING "Tests that a cross build's test programs leave out")
+# Options for the test programs' own sources only (the library keeps the build type's): the
+# Windows presets compile the tests with -O1, which takes about 40 % off the compile time of a
+# typed-test file (mostly code generation), while the library under test stays fully optimised.
+set(IC_TEST_COMPILE_OPTIONS "" CACHE STRING "Extra compile options of the test programs' sources")
 function(ic_add_test name)
   add_executable(${name} ${ARGN})
   target_link_libraries(${name} PRIVATE ic::text ic_options GTest::gtest GTest::gmock
                         GTest::gtest_main)
+  if(IC_TEST_COMPILE_OPTIONS)
+    target_compile_options(${name} PRIVATE ${IC_TEST_COMPILE_OPTIONS})
+  endif()
   # GoogleTest's headers are the largest part of every test file's parse: compile them once per
   # program.
   target_precompile_headers(${name} PRIVATE <gtest/gtest.h> <gmock/gmock.h>)
