@@ -28,21 +28,19 @@ namespace {
 constexpr int kFormats = 20000;
 constexpr size_t kRoom = 512;
 
-int RunTime(char16_t* buffer, size_t count, const char16_t* format, ...) {
+// A formatter taking a va_list, called with the arguments themselves.
+template <int (*FormatV)(char16_t*, size_t, const char16_t*, va_list) noexcept>
+int Call(char16_t* buffer, size_t count, const char16_t* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  const int result = BoundedFormatV(buffer, count, format, arguments);
+  const int result = FormatV(buffer, count, format, arguments);
   va_end(arguments);
   return result;
 }
 
-int Own(char16_t* buffer, size_t count, const char16_t* format, ...) {
-  va_list arguments;
-  va_start(arguments, format);
-  const int result = FormatWide16(buffer, count, format, arguments);
-  va_end(arguments);
-  return result;
-}
+// The run-time's bounded formatter and the library's own 16-bit one.
+constexpr auto RunTime = Call<BoundedFormatV>;
+constexpr auto Own = Call<FormatWide16>;
 
 using Formatter = int (*)(char16_t*, size_t, const char16_t*, ...);
 
@@ -122,7 +120,7 @@ std::string Bracketed(const Spec& spec, const std::string& conversion, bool with
 }
 
 // Formats `value` by `spec` and `conversion` (length modifier included) into `count` units,
-// with or without the spec's precision.
+// with or without the precision that `spec` gives.
 template <class Value>
 Result FormatWith(Formatter formatter, const Spec& spec, const std::string& conversion,
                   size_t count, Value value, bool withPrecision = true) {
