@@ -111,17 +111,16 @@ function(_ic_test_compile_settings name)
   endif()
 endfunction()
 
-# GoogleTest's headers are the largest part of every test file's parse, and a compiled header of
-# them is about 100 MB: one is built per build tree and all test programs reuse it (one per
-# program took 2.7 GB in each build tree). The macros that programs define themselves do not
-# occur in GoogleTest's headers, so the one header is valid for all of them.
-function(ic_add_test_precompiled_headers)
-  add_library(ic_test_pch OBJECT "${PROJECT_SOURCE_DIR}/tests/support/precompiled_headers.cpp")
-  _ic_test_compile_settings(ic_test_pch)
-  target_precompile_headers(ic_test_pch PRIVATE <gtest/gtest.h> <gmock/gmock.h>)
-endfunction()
-
 function(ic_add_test name)
+  # GoogleTest's headers are the largest part of every test file's parse, and a compiled header
+  # of them is about 100 MB: the first test program defines the one target that builds it, and
+  # all reuse it (one per program took 2.7 GB in each build tree). The macros that programs
+  # define themselves do not occur in GoogleTest's headers, so it is valid for all of them.
+  if(NOT TARGET ic_test_pch)
+    add_library(ic_test_pch OBJECT "${PROJECT_SOURCE_DIR}/tests/support/precompiled_headers.cpp")
+    _ic_test_compile_settings(ic_test_pch)
+    target_precompile_headers(ic_test_pch PRIVATE <gtest/gtest.h> <gmock/gmock.h>)
+  endif()
   add_executable(${name} ${ARGN})
   _ic_test_compile_settings(${name})
   target_link_libraries(${name} PRIVATE GTest::gtest_main)
